@@ -1,0 +1,20 @@
+// The extension module _engine; Vorn3DGameEngine/__init__.py re-exports it.
+#include "bind_common.h"
+
+namespace py = pybind11;
+using namespace vorn::py_bind;
+
+PYBIND11_MODULE(_engine, m) {
+  m.doc() =
+      "Vorn3D engine core. Import the package Vorn3DGameEngine, not this module.\n\n"
+      "Ownership: the engine holds nodes in shared pointers. A scene owns its registries,\n"
+      "a node owns its children; parent and scene references are non-owning. A Python\n"
+      "object handed to the engine stays alive as long as the engine holds it.";
+  // Errors and the console come first: every later binding may raise or print.
+  bind_errors(m);
+  bind_console(m);
+  // Core value types before anything that takes or returns them.
+  bind_core(m);
+  // Globals last: object globals refer to classes bound above.
+  bind_globals(m);
+}

@@ -36,6 +36,10 @@ inline bool is_py_int(py::handle value) { return PyLong_Check(value.ptr()) != 0;
 void bind_errors(py::module_& m);
 void bind_console(py::module_& m);
 void bind_core(py::module_& m);
+void bind_glut(py::module_& m);
+void bind_shader(py::module_& m);
+void bind_actions(py::module_& m);
+void bind_node(py::module_& m);
 void bind_globals(py::module_& m);
 
 }  // namespace vorn::py_bind

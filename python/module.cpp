@@ -15,6 +15,13 @@ PYBIND11_MODULE(_engine, m) {
   bind_console(m);
   // Core value types before anything that takes or returns them.
   bind_core(m);
+  // The window layer before anything that needs a GL context.
+  bind_glut(m);
+  // Shader text and programs depend only on the core.
+  bind_shader(m);
+  // Actions before nodes: a node's RunAction takes action objects.
+  bind_actions(m);
+  bind_node(m);
   // Globals last: object globals refer to classes bound above.
   bind_globals(m);
 }

@@ -1,0 +1,46 @@
+#pragma once
+// One GLUT window per test process, created on first use under the display that
+// scripts/test provides (Xvfb with Mesa llvmpipe). GL tests derive from GLTest, which
+// fails a test that leaves a GL error behind unless the test expects one.
+#include <epoxy/gl.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+
+namespace vorn::test {
+
+// Creates the window and makes its context current; false when no display exists.
+bool EnsureGLContext();
+
+// The window's size in pixels.
+inline constexpr int kWindowWidth = 320;
+inline constexpr int kWindowHeight = 240;
+
+class GLTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    if (!EnsureGLContext()) {
+      // scripts/test always provides a display and sets VORN_REQUIRE_GL: never skip there.
+      if (std::getenv("VORN_REQUIRE_GL")) FAIL() << "no OpenGL context although VORN_REQUIRE_GL is set";
+      GTEST_SKIP() << "no display for an OpenGL context";
+    }
+    while (glGetError() != GL_NO_ERROR) {
+    }
+  }
+  void TearDown() override {
+    if (IsSkipped()) return;
+    const GLenum error = glGetError();
+    if (!expect_gl_error_) {
+      EXPECT_EQ(error, static_cast<GLenum>(GL_NO_ERROR)) << "GL error left by the test";
+    }
+    while (glGetError() != GL_NO_ERROR) {
+    }
+  }
+  // A test that provokes a GL error on purpose calls this.
+  void ExpectGLError() { expect_gl_error_ = true; }
+
+ private:
+  bool expect_gl_error_ = false;
+};
+
+}  // namespace vorn::test

@@ -18,6 +18,7 @@ PYBIND11_MODULE(_engine, m) {
   // The window layer before anything that needs a GL context.
   bind_glut(m);
   // Shader text and programs depend only on the core.
+  bind_fx_2d(m);
   bind_shader(m);
   // Actions before nodes: a node's RunAction takes action objects.
   bind_actions(m);

@@ -41,6 +41,7 @@ void bind_shader(py::module_& m);
 void bind_fx_2d(py::module_& m);
 void bind_actions(py::module_& m);
 void bind_node(py::module_& m);
+void bind_overlay(py::module_& m);
 void bind_globals(py::module_& m);
 
 }  // namespace vorn::py_bind

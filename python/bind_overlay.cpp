@@ -1,0 +1,52 @@
+// Overlays: 2D text (particles and the gizmo join later).
+#include <memory>
+
+#include "bind_common.h"
+#include "overlay/text.h"
+
+namespace vorn::py_bind {
+
+void bind_overlay(py::module_& m) {
+  py::class_<Vorn_Text, std::shared_ptr<Vorn_Text>> text(
+      m, "Vorn_Text",
+      "A line of bitmap text placed in window pixels (x from the left, y down from the top\n"
+      "of the window to the top of the line). Not a scene node: no transform, no shader.");
+  for (const auto& [name, value] :
+       {std::pair{"FT_8_BY_13", Vorn_Text::FT_8_BY_13}, {"FT_9_BY_15", Vorn_Text::FT_9_BY_15},
+        {"FT_TIMES_ROMAN_10", Vorn_Text::FT_TIMES_ROMAN_10}, {"FT_TIMES_ROMAN_24", Vorn_Text::FT_TIMES_ROMAN_24},
+        {"FT_HELVETICA_10", Vorn_Text::FT_HELVETICA_10}, {"FT_HELVETICA_12", Vorn_Text::FT_HELVETICA_12},
+        {"FT_HELVETICA_18", Vorn_Text::FT_HELVETICA_18}, {"FT_ALIGN_LEFT", Vorn_Text::FT_ALIGN_LEFT},
+        {"FT_ALIGN_CENTER", Vorn_Text::FT_ALIGN_CENTER}, {"FT_ALIGN_RIGHT", Vorn_Text::FT_ALIGN_RIGHT}}) {
+    text.attr(name) = value;
+  }
+  text.def(py::init<double, double, std::string, int>(), py::arg("x"), py::arg("y"), py::arg("text"),
+           py::arg("font") = Vorn_Text::FT_8_BY_13, "Vorn_Text(x, y, text, font=FT_8_BY_13)")
+      .def_readwrite("x", &Vorn_Text::x, "Left pixel (before alignment).")
+      .def_readwrite("y", &Vorn_Text::y, "Top pixel of the line, counted down from the window's top.")
+      .def_readwrite("text", &Vorn_Text::text, "The line.")
+      .def_readwrite("font", &Vorn_Text::font, "Font constant (FT_...).")
+      .def_readwrite("height", &Vorn_Text::height, "Declared line height; not used in drawing.")
+      .def_readwrite("r", &Vorn_Text::r)
+      .def_readwrite("g", &Vorn_Text::g)
+      .def_readwrite("b", &Vorn_Text::b)
+      .def_readwrite("borderMode", &Vorn_Text::borderMode, "Draw a black shadow.")
+      .def_readwrite("alignMode", &Vorn_Text::alignMode, "Alignment about x (FT_ALIGN_...).")
+      .def_property_readonly(
+          "FontDict",
+          [](const Vorn_Text& t) {
+            py::dict out;
+            for (const auto& [key, info] : t.FontDict) out[py::int_(key)] = py::make_tuple(key, info.height);
+            return out;
+          },
+          "Font constant to (font constant, height).")
+      .def("SetText", &Vorn_Text::SetText, py::arg("text"), "Replaces the line.")
+      .def("SetFont", &Vorn_Text::SetFont, py::arg("font"), "Sets the font; an unknown font draws nothing.")
+      .def("SetColor", &Vorn_Text::SetColor, py::arg("r"), py::arg("g"), py::arg("b"), "Sets the colour.")
+      .def("SetBorderMode", &Vorn_Text::SetBorderMode, py::arg("borderMode") = true, "Turns the shadow on or off.")
+      .def("SetAlignMode", &Vorn_Text::SetAlignMode, py::arg("alignMode") = Vorn_Text::FT_ALIGN_LEFT,
+           "Left, centre or right alignment about x.")
+      .def("update", &Vorn_Text::update, py::arg("delay"), "Does nothing.")
+      .def("draw", &Vorn_Text::draw, "Draws the line with the raster position (needs a GL context).");
+}
+
+}  // namespace vorn::py_bind

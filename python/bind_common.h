@@ -39,6 +39,7 @@ void bind_core(py::module_& m);
 void bind_glut(py::module_& m);
 void bind_shader(py::module_& m);
 void bind_fx_2d(py::module_& m);
+void bind_resource(py::module_& m);
 void bind_actions(py::module_& m);
 void bind_node(py::module_& m);
 void bind_overlay(py::module_& m);

@@ -1,0 +1,74 @@
+#pragma once
+// PyGameResManager: the one resource manager. It brings up the shader manager, reads the
+// GL extension list and indexes every file below the resource root by lower-case file
+// name, so the rest of the engine asks for "wall.jpg" and never spells a path.
+//
+// Paths: the index joins folders with "/" on every platform, and GetResPath compares
+// dirName against those "/"-joined paths ("Terrain/hill" matches
+// ".../Terrain/hill/height.raw"). Keys are lower-case file names.
+#include <memory>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "core/ordered_map.h"
+
+namespace vorn {
+
+// What GetResPath finds: nothing, one path, or every path that bears the name.
+using ResPath = std::variant<std::monostate, std::string, std::vector<std::string>>;
+
+class PyGameResManager : public std::enable_shared_from_this<PyGameResManager> {
+ public:
+  // Builds the manager, stores it in ResManagerInstance and creates the shader manager
+  // in FXManagerInstance (which compiles every program: a GL context must be current).
+  static std::shared_ptr<PyGameResManager> Create(const std::string& resdir);
+  virtual ~PyGameResManager() = default;
+
+  std::vector<std::string> ExtensionList;
+  bool ETC_Support = false;
+  bool DXT_Support = false;
+  bool PVR_Support = false;
+  std::string resdir;
+  std::string fontdir;
+  OrderedMap<std::string, std::vector<std::string>> fileDict;
+  std::vector<std::string> ImageDict_MemManage_List;
+  int ImageDict_MemManage_Total = 100;
+  int ImageDict_MemManage_Count = 0;
+  // Paths of the scene side files ("<scene>_Res.Json") found below "Scene", in scan order.
+  std::vector<std::string> SceneJsonDict;
+  int soundPlayCount = 0;
+
+  const std::string& GetResRootDir() const { return resdir; }
+  const std::vector<std::string>& GetSceneList() const { return SceneJsonDict; }
+  void SetFontDir(const std::string& path) { fontdir = path; }
+
+  bool CheckCompressTextureFormat_ETC() const;
+  bool CheckCompressTextureFormat_DXT() const;
+  bool CheckCompressTextureFormat_PVR() const;
+
+  ResPath GetResPath(const std::string& filename, const std::string* dirName = nullptr) const;
+  void FoundAllResFile(const std::string& parentDir, const std::string* dirType = nullptr);
+
+  std::vector<std::string> ListSkyBoxTexture() const;
+  std::vector<std::string> ListTerrainDir() const;
+  std::vector<std::string> ListOceanDir() const;
+
+  // Splits the GL extension string at single blanks.
+  static std::vector<std::string> SplitExtensions(const std::string& text);
+
+ protected:
+  PyGameResManager() = default;
+  // Construction steps after the manager is registered as ResManagerInstance.
+  void Init(const std::string& resdir);
+
+ private:
+  void Scan(const std::string& parentDir, const std::string* dirType, int depth);
+};
+
+// Reads the extension list of the current context (GL-facing).
+std::string ReadGLExtensionString();
+// Creates the shader manager into FXManagerInstance (GL-facing).
+void CreateFXManager();
+
+}  // namespace vorn

@@ -1,0 +1,65 @@
+"""The resource index as a script sees it."""
+import os
+
+import pytest
+
+import Vorn3DGameEngine as V
+
+
+def write(path, data=b"x"):
+    os.makedirs(os.path.dirname(path), exist_ok=True)
+    with open(path, "wb") as f:
+        f.write(data)
+
+
+@pytest.fixture
+def resdir(tmp_path):
+    root = str(tmp_path / "Resources")
+    write(f"{root}/readme.txt")
+    write(f"{root}/Textures/Wall.JPG")
+    write(f"{root}/Other/wall.jpg")
+    write(f"{root}/Other/deep/deeper/wall.jpg")
+    write(f"{root}/my.github.io/skip.png")
+    write(f"{root}/__pycache__/skip.pyc")
+    write(f"{root}/Scene/level1.scene")
+    write(f"{root}/Scene/level1_Res.Json")
+    write(f"{root}/Scene/level2.scene")
+    write(f"{root}/SkyBox/sunny/left.jpg")
+    write(f"{root}/SkyBox/single.dds")
+    write(f"{root}/Terrain/hill/height.raw")
+    write(f"{root}/Terrain/loose.txt")
+    write(f"{root}/Ocean/sea/deep.png")
+    return root
+
+
+def test_index_lookup_and_listings(gl_context, resdir):
+    res = V.PyGameResManager(resdir)
+    assert V.ResManagerInstance is res
+    assert res.GetResRootDir() == resdir
+    # Names that differ only in case share one key, in scan order (sorted by name).
+    walls = res.GetResPath("WALL.jpg")
+    assert walls == [f"{resdir}/Other/deep/deeper/wall.jpg", f"{resdir}/Other/wall.jpg",
+                     f"{resdir}/Textures/Wall.JPG"]
+    # dirName is compared with the name as asked for, case and all.
+    assert res.GetResPath("wall.jpg", "Textures") == walls
+    assert res.GetResPath("Wall.JPG", "Textures") == f"{resdir}/Textures/Wall.JPG"
+    assert res.GetResPath("wall.jpg", "Nowhere") == walls
+    assert res.GetResPath("missing.png") is None
+    # Folders whose names merely contain ".git" or "__pycache__" are skipped.
+    assert res.GetResPath("skip.png") is None and res.GetResPath("skip.pyc") is None
+    assert res.GetSceneList() == [f"{resdir}/Scene/level1_Res.Json"]
+    assert res.ListSkyBoxTexture() == [f"{resdir}/SkyBox/single.dds", f"{resdir}/SkyBox/sunny/left.jpg"]
+    assert res.ListTerrainDir() == [f"{resdir}/Terrain/hill"]
+    assert res.ListOceanDir() == [f"{resdir}/Ocean/sea/deep.png"]
+    # The driver's list is read; llvmpipe offers S3TC.
+    assert "GL_ARB_vertex_buffer_object" in res.ExtensionList
+    assert res.CheckCompressTextureFormat_DXT() == res.DXT_Support
+    assert res.CheckCompressTextureFormat_PVR() is False
+
+
+def test_missing_root_gives_an_empty_index(gl_context, tmp_path):
+    res = V.PyGameResManager(str(tmp_path / "nothing-here"))
+    assert res.fileDict == {}
+    assert res.ListTerrainDir() == [] and res.ListSkyBoxTexture() == [] and res.ListOceanDir() == []
+    V.ResManagerInstance = None
+    assert V.ResManagerInstance is None

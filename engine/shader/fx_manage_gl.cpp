@@ -2,6 +2,7 @@
 // compile/link diagnostic.
 #include <epoxy/gl.h>
 
+#include "core/errors.h"
 #include "shader/fx_2d.h"
 #include "shader/fx_3d.h"
 #include "shader/fx_manage.h"
@@ -41,9 +42,19 @@ std::string ProgramLog(GLuint program) {
   return log;
 }
 
+// GL calls without a current context would reach no driver; a script that builds the
+// manager before its window gets an exception instead.
+void RequireContext(const char* operation) {
+  if (epoxy_gl_version() == 0) {
+    throw RuntimeError(std::string("Vorn_FXManage.") + operation +
+                       ": no current OpenGL context; create the GLUT window first");
+  }
+}
+
 }  // namespace
 
 Vorn_FXManage::Vorn_FXManage() {
+  RequireContext("__init__");
   for (int i = Vorn_2DFX::FX_BEGIN; i < Vorn_2DFX::FX_END; ++i) {
     const auto [vsCode, psCode] = Vorn_2DFX::ProgramTexts(i);
     Shader_2DFX_Dict[i] = CreateShader(vsCode, psCode);
@@ -60,6 +71,7 @@ Vorn_FXManage::Vorn_FXManage() {
 // No status is queried here; a refused text still yields a program handle.
 std::optional<unsigned int> Vorn_FXManage::CreateShader(const std::string& vsCode, const std::string& psCode) {
   if (vsCode.empty() || psCode.empty()) return std::nullopt;
+  RequireContext("CreateShader");
   const GLuint program = glCreateProgram();
   const GLuint vsObj = CompileInto(program, GL_VERTEX_SHADER, vsCode);
   const GLuint psObj = CompileInto(program, GL_FRAGMENT_SHADER, psCode);
@@ -70,6 +82,8 @@ std::optional<unsigned int> Vorn_FXManage::CreateShader(const std::string& vsCod
 
 std::vector<FXProgramStatus> Vorn_FXManage::DiagnoseShaders() const {
   std::vector<FXProgramStatus> result;
+  if (Shader_2DFX_Dict.empty() && Shader_3DFX_Dict.empty()) return result;
+  RequireContext("DiagnoseShaders");
   for (const ProgramMap* map : {&Shader_2DFX_Dict, &Shader_3DFX_Dict}) {
     for (const auto& [id, program] : *map) {
       if (!program) continue;

@@ -181,7 +181,8 @@ void bind_shader(py::module_& m) {
           "PSCode_Dict", [](const Code& self) { return self.PSCode_Dict; },
           [](Code& self, ShaderSlots slots) { self.PSCode_Dict = std::move(slots); },
           "Pixel slots: {slot: [lines]}. Reading gives a copy; assign a whole dict to replace them.")
-      .def("GenVSCode", &Code::GenVSCode, "The vertex text: every slot's lines in slot order, each ending in a newline.")
+      .def("GenVSCode", &Code::GenVSCode,
+           "The vertex text: every slot's lines in slot order, each ending in a newline.")
       .def("GenPSCode", &Code::GenPSCode, "The pixel text, by the same rule.")
       .def("PrintVSCode", &Code::PrintVSCode, "Prints the vertex lines as one list (debugging aid).")
       .def("SetVSAttribute_Version", &Code::SetVSAttribute_Version, py::arg("version"),

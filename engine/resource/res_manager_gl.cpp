@@ -2,6 +2,7 @@
 #include "app/globals.h"
 #include "core/gl_api.h"
 #include "resource/res_manager.h"
+#include "shader/fx_manage.h"
 
 namespace vorn {
 
@@ -22,8 +23,6 @@ std::string ReadGLExtensionString() {
   return joined;
 }
 
-void CreateFXManager() {
-  // The shader manager arrives with the shader subsystem.
-}
+void CreateFXManager() { FXManagerInstance = std::make_shared<Vorn_FXManage>(); }
 
 }  // namespace vorn

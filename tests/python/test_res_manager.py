@@ -35,6 +35,9 @@ def resdir(tmp_path):
 def test_index_lookup_and_listings(gl_context, resdir):
     res = V.PyGameResManager(resdir)
     assert V.ResManagerInstance is res
+    # The manager brings up the shader manager with the whole catalogue.
+    assert isinstance(V.FXManagerInstance, V.Vorn_FXManage)
+    assert V.FXManagerInstance.GetShader(V.Vorn_3DFX.FX_DIFFUSE) is not None
     assert res.GetResRootDir() == resdir
     # Names that differ only in case share one key, in scan order (sorted by name).
     walls = res.GetResPath("WALL.jpg")

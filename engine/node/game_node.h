@@ -1,0 +1,387 @@
+#pragma once
+// Vorn_3DGameNode: the base of everything that stands in the 3D world. One class,
+// implemented over several files by concern:
+//   node_core.cpp       identity, loading, flags, the per-frame update, follow camera
+//   node_hierarchy.cpp  children and parent
+//   node_transform.cpp  accessors, matrices, following, standing on the ground
+//   node_submesh.cpp    submesh maps and the vertex interface
+//   node_buffers.cpp    interleaving, tangents, bounding box, bone ranking
+//   node_bindings.cpp   binding tables and script events
+//   node_actions.cpp    the timed-action target side
+//
+// Ownership: nodes live in std::shared_ptr. `children` owns; `parent`, `followTarget`
+// and `sceneInstance` are non-owning. Make nodes with MakeNode<T>(...), which also
+// hangs a node constructed with a parent under that parent.
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/action_target.h"
+#include "core/fbx_matrix.h"
+#include "core/ordered_map.h"
+#include "core/script_value.h"
+#include "core/vector3.h"
+#include "node/buffer_object.h"
+#include "node/gl_enums.h"
+#include "node/node_list.h"
+#include "node/node_scene.h"
+#include "node/node_types.h"
+
+namespace vorn {
+
+class ActionPlayer;
+class GAction;
+
+class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this<Vorn_3DGameNode> {
+ public:
+  using Ptr = std::shared_ptr<Vorn_3DGameNode>;
+  template <class V>
+  using SubMeshMap = OrderedMap<int, V>;
+  using ActionQueue = std::vector<std::shared_ptr<GAction>>;
+
+  // Sets every field. With a parent that is in a scene, the node is loaded into that
+  // scene at once, under the base label "3DGameNode" (a subclass writes its own label
+  // only after this constructor returns). Hanging the node under the parent needs a
+  // shared pointer to it and is done by FinishConstruction, which MakeNode calls.
+  explicit Vorn_3DGameNode(double x = 0, double y = 0, double z = 0, const Ptr& parent = nullptr);
+  ~Vorn_3DGameNode() override;
+  Vorn_3DGameNode(const Vorn_3DGameNode&) = delete;
+  Vorn_3DGameNode& operator=(const Vorn_3DGameNode&) = delete;
+
+  // The second half of construction: AddChild on the constructor's parent.
+  void FinishConstruction();
+
+  // ---- Identity, loading, flags (node_core.cpp) ----
+  const std::string& GetNodeType() const noexcept { return NodeType; }
+  int GetNodeIndex() const noexcept { return NodeIndex; }
+  void SetTag(std::optional<std::string> tagName) { TagName = std::move(tagName); }
+  const std::optional<std::string>& GetTag() const noexcept { return TagName; }
+  void OnLoad(const std::shared_ptr<NodeScene>& scene);
+  void OnDestroy();
+  std::shared_ptr<NodeScene> GetSceneInstance() const noexcept { return sceneInstance.lock(); }
+  void SetInstanceID(int id) noexcept { instanceID = id; }
+  int GetInstanceID() const noexcept { return instanceID; }
+  void SetUserData(ScriptValue data) { userData = std::move(data); }
+  const ScriptValue& GetUserData() const noexcept { return userData; }
+  void SetVisible(bool v) override { visible = v; }
+  bool IsVisible() const override { return visible; }
+  void SetFocusIn(bool f) noexcept { focusIn = f; }
+  // The argument is required and ignored.
+  bool IsFocusIn(const ScriptValue& /*ignored*/ = {}) const noexcept { return focusIn; }
+  void SetBoundingBoxVisible(bool v) noexcept { boxVisible = v; }
+  bool IsBoundingBoxVisible() const noexcept { return boxVisible; }
+  void SetPickTriangleVisible(bool v) noexcept { PickTriangleVisible = v; }
+  bool IsPickTriangleVisible() const noexcept { return PickTriangleVisible; }
+  void SetAxisVisible(bool v) noexcept { axisVisible = v; }
+  bool IsAxisVisible() const noexcept { return axisVisible; }
+  void SetShadowMapCamera(Ptr camera) { ShadowMapCamera = std::move(camera); }
+  const Ptr& GetShadowMapCamera() const noexcept { return ShadowMapCamera; }
+
+  // Once a frame: loop rotation, matrices, skin, children, actions, update callback.
+  virtual void update(double delay);
+  virtual void update_skin_animation(double /*delay*/) {}
+  virtual bool checkColl(const Vorn_3DGameNode* /*other*/) { return false; }
+  // Creates (once) the camera that follows this node, places it at (x, y, z) and
+  // points it here. RuntimeError while no camera class is registered.
+  Ptr CreateFollowCamera(double x, double y, double z);
+
+  // ---- Hierarchy (node_hierarchy.cpp) ----
+  Ptr GetParent() const noexcept { return parent.lock(); }
+  void SetParent(const Ptr& node);
+  void AddChild(Ptr child);
+  void RemoveChild(const Vorn_3DGameNode* child);
+  std::vector<Ptr> GetAllChildrens() const;
+  void RemoveAllChild();
+
+  // ---- Transform (node_transform.cpp) ----
+  double GetX() const noexcept { return x; }
+  double GetY() const noexcept { return y; }
+  double GetZ() const noexcept { return z; }
+  void SetX(double v) noexcept { x = v, xyzIntMask &= ~1u; }
+  void SetY(double v) noexcept { y = v, xyzIntMask &= ~2u; }
+  void SetZ(double v) noexcept { z = v, xyzIntMask &= ~4u; }
+  void MoveX(double v) noexcept { x += v, xyzIntMask &= ~1u; }
+  void MoveY(double v) noexcept { y += v, xyzIntMask &= ~2u; }
+  void MoveZ(double v) noexcept { z += v, xyzIntMask &= ~4u; }
+  std::array<double, 3> GetXYZ() const noexcept { return {x, y, z}; }
+  void SetXYZ(double nx, double ny, double nz) override { x = nx, y = ny, z = nz, xyzIntMask = 0; }
+  void MoveXYZ(double dx, double dy, double dz) noexcept { x += dx, y += dy, z += dz, xyzIntMask = 0; }
+
+  double GetSX() const override { return sx; }
+  double GetSY() const override { return sy; }
+  double GetSZ() const noexcept { return sz; }
+  void SetSX(double v) noexcept { sx = v; }
+  void SetSY(double v) noexcept { sy = v; }
+  void SetSZ(double v) noexcept { sz = v; }
+  // The relative scale operations add; they do not multiply.
+  void ScaleX(double v) noexcept { sx += v; }
+  void ScaleY(double v) noexcept { sy += v; }
+  void ScaleZ(double v) noexcept { sz += v; }
+  std::array<double, 3> GetSXYZ() const noexcept { return {sx, sy, sz}; }
+  void SetSXYZ(double nx, double ny, double nz) noexcept { sx = nx, sy = ny, sz = nz; }
+  void SetScale(double s) noexcept { sx = sy = sz = s; }
+  void ScaleXYZ(double dx, double dy, double dz) noexcept { sx += dx, sy += dy, sz += dz; }
+
+  double GetRX() const noexcept { return rx; }
+  double GetRY() const noexcept { return ry; }
+  double GetRZ() const noexcept { return rz; }
+  void SetRX(double v) noexcept { rx = v; }
+  void SetRY(double v) noexcept { ry = v; }
+  void SetRZ(double v) noexcept { rz = v; }
+  virtual void RotateX(double v) { rx += v; }
+  virtual void RotateY(double v) { ry += v; }
+  void RotateZ(double v) noexcept { rz += v; }
+  std::array<double, 3> GetRXYZ() const noexcept { return {rx, ry, rz}; }
+  void SetRXYZ(double nx, double ny, double nz) noexcept { rx = nx, ry = ny, rz = nz; }
+  void RotateXYZ(double dx, double dy, double dz) noexcept { rx += dx, ry += dy, rz += dz; }
+
+  void SetLoopRotateX(double speed) noexcept { rx_speed = speed; }
+  void SetLoopRotateY(double speed) noexcept { ry_speed = speed; }
+  void SetLoopRotateZ(double speed) noexcept { rz_speed = speed; }
+  void StopLoopRotate() noexcept { rx_speed = ry_speed = rz_speed = 0.0; }
+
+  FbxAMatrix GetParentMatrix() const;
+  const FbxAMatrix& GetWorldMatrix() const noexcept { return WorldMatrix; }
+  const FbxAMatrix& GetAxisMatrix() const noexcept { return AxisMatrix; }
+  // Position from the world matrix; the ground height instead when standing on it.
+  Vector3 GetWorldXYZ() const override;
+  void Follow(const Ptr& targetObj) { followTarget = targetObj; }
+  virtual void StandOnGround(bool standOn);
+  // The matrix step of update: WorldMatrix, then AxisMatrix.
+  void UpdateMatrices();
+
+  // ---- Timed actions (node_actions.cpp) ----
+  void SetSXY(double nsx, double nsy) override { sx = nsx, sy = nsy; }
+  double GetAngle() const override { return rz; }
+  void SetAngle(double angle) override { rz = angle; }
+  void RunAction(const ActionQueue& actionqueue);
+
+  // ---- Submeshes (node_submesh.cpp) ----
+  int CreateSubMesh(const std::string& submeshName, bool withTexUV = false, bool withSkin = false);
+  int GetSubMeshIndex(const std::string& subMeshName) const noexcept;
+  void DeleteSubMesh(int submeshIndex);
+  void CleanSubMesh();
+
+  void PushVertex_Position(int s, double x, double y, double z);
+  void PushVertex_Normal(int s, double nx, double ny, double nz);
+  void PushVertex_Tangent(int s, double tx, double ty, double tz);
+  void PushVertex_Bitangent(int s, double bx, double by, double bz);
+  void PushVertex_UV(int s, double u, double v);
+  // Packs the four bone numbers into two floats: b1 + b2 * 0.01, b3 + b4 * 0.01.
+  void PushVertex_BoneIndics(int s, double b1, double b2, double b3, double b4);
+  void PushVertex_BoneWeights(int s, double w1, double w2, double w3, double w4);
+  // The line, triangle and quad forms take 2, 3 or 4 vertices' values in a row.
+  void PushLineVertex_Position(int s, std::span<const double, 6> v);
+  void PushTriangleVertex_Positon(int s, std::span<const double, 9> v);
+  void PushQuadVertex_Postion(int s, std::span<const double, 12> v);
+  void PushLineVertex_Normal(int s, std::span<const double, 6> v);
+  void PushTriangleVertex_Normal(int s, std::span<const double, 9> v);
+  void PushQuadVertex_Normal(int s, std::span<const double, 12> v);
+  void PushLineVertex_Tangent(int s, std::span<const double, 6> v);
+  void PushTriangleVertex_Tangent(int s, std::span<const double, 9> v);
+  void PushQuadVertex_Tangent(int s, std::span<const double, 12> v);
+  void PushLineVertex_Bitangent(int s, std::span<const double, 6> v);
+  void PushTriangleVertex_Bitangent(int s, std::span<const double, 9> v);
+  void PushQuadVertex_Bitangent(int s, std::span<const double, 12> v);
+  void PushLineVertex_UV(int s, std::span<const double, 4> v);
+  void PushTriangleVertex_UV(int s, std::span<const double, 6> v);
+  void PushQuadVertex_UV(int s, std::span<const double, 8> v);
+  // Kept broken on purpose: it forwards four bone numbers where eight are needed and
+  // always fails with a TypeError, changing nothing.
+  void PushLineVertex_BoneIndics(int s, std::span<const double, 8> v);
+  void PushTriangleVertex_BoneIndics(int s, std::span<const double, 12> v);
+  void PushQuadVertex_BoneIndics(int s, std::span<const double, 16> v);
+  void PushLineVertex_BoneWeights(int s, std::span<const double, 8> v);
+  void PushTriangleVertex_BoneWeights(int s, std::span<const double, 12> v);
+  void PushQuadVertex_BoneWeights(int s, std::span<const double, 16> v);
+
+  void LoadVertex(int s, FloatArray vertexArray);
+  void CleanVertex();
+  void LoadVIndex(int s, IndexArray indexArray);
+  void PushVIndex(int s, std::int64_t index);
+  // Removes the entry at position `index` (a position, not a vertex number).
+  void DropVIndex(int s, std::int64_t index);
+  void PushLineVIndex(int s, std::int64_t i1, std::int64_t i2);
+  void PushTriangleVIndex(int s, std::int64_t i1, std::int64_t i2, std::int64_t i3);
+  void PushQuadVIndex(int s, std::int64_t i1, std::int64_t i2, std::int64_t i3, std::int64_t i4);
+  // Kept broken on purpose: they hand several positions to a one-position removal and
+  // always fail with a TypeError (KeyError first for an unknown submesh).
+  void DropLineVIndex(int s, std::int64_t i1, std::int64_t i2);
+  void DropTriangleVIndex(int s, std::int64_t i1, std::int64_t i2, std::int64_t i3);
+  void DropQuadVIndex(int s, std::int64_t i1, std::int64_t i2, std::int64_t i3, std::int64_t i4);
+  void CleanVIndex(int s);
+
+  void SetSubMeshColor(int s, double r, double g, double b, double a = 1.0);
+  void SetMeshColor(double r, double g, double b, double a = 1.0);
+  std::array<double, 4> GetSubMeshColor(int s = 0) const;
+  void SetSubMeshSpecularColor(int s, double r, double g, double b, double power = 1.0);
+  void SetMeshSpecularColor(double r, double g, double b, double power = 10.0);
+  std::array<double, 4> GetSubMeshSpecularColor(int s = 0) const;
+  void SetSubMeshAlphaMode(int s, int alphaMode = glc::BLEND);
+  void SetSubMeshShapeType(int s, int shapeType, int cullMode = glc::NONE);
+  void SetShapeType(int shapeType, int cullMode = glc::NONE);
+  void SetSubMeshWireFrameMode(int s, bool IsWireFrame = true);
+  void SetWireFrameMode(bool IsWireFrame = true);
+  bool IsWireFrameMode() const;
+  virtual void GenTexCoords(int /*submeshIndex*/) {}
+
+  // ---- Buffers (node_buffers.cpp) ----
+  void GenTangentAndBitangent(int submeshIndex);
+  void BuildSubMeshVBO(int submeshIndex);
+  void BuildVBO();
+  // Keeps the four heaviest (bone, weight) influences, heaviest first, ties in input
+  // order; the rest of the buffers are zeros.
+  using BoneInfo = std::pair<std::int64_t, double>;
+  static std::pair<std::array<std::int64_t, 4>, std::array<double, 4>> SortVertex4BoneInfo(
+      std::span<const BoneInfo> BoneInfoArray);
+  // The interleaved floats BuildSubMeshVBO would upload for a submesh (empty when it
+  // has no vertex data); throws as BuildSubMeshVBO does on missing attributes.
+  std::vector<float> InterleaveSubMesh(int submeshIndex) const;
+
+  // ---- Bindings and script hooks (node_bindings.cpp) ----
+  void SetBindingVar(const std::string& varname, ScriptValue varvalue);
+  // None and the line "No Find Variable" for an unknown name.
+  ScriptValue GetBindingVar(const std::string& varname) const;
+  void DelBindingVar(const std::string& varname);
+  void CleanUpBindingVar() { BindingVarArray.clear(); }
+  void SetBindingEvent(const std::string& eventName, ScriptValue functionName, ScriptValue functionCode = {});
+  std::optional<EventEntry> GetBindingEvent(const std::string& eventName) const;
+  void DelBindingEvent(const std::string& eventName);
+  void CleanUpBindingEvent() { BindingEventArray.clear(); }
+  void SetInnerBindingEvent(const std::string& eventName, ScriptValue functionName, ScriptValue functionCode = {});
+  std::optional<EventEntry> GetInnerBindingEvent(const std::string& eventName) const;
+  void DelInnerBindingEvent(const std::string& eventName);
+  void CleanUpInnerBindingEvent() { InnerBindingEventArray.clear(); }
+  void SetBindingPoint(const std::string& pointName, ScriptValue posType, ScriptValue x, ScriptValue y);
+  std::optional<BindingPoint> GetBindingPoint(const std::string& pointName) const;
+  void DelBindingPoint(const std::string& pointName);
+  void CleanUpBindingPoint() { BindingPointArray.clear(); }
+  // Calls the event's function with the parameters (one map). A missing function is
+  // looked up as the node's operation "on_<eventName>" and bound into the entry.
+  void CallEvent(const std::string& eventName, const ScriptValue& params);
+  void CallInnerEvent(const std::string& eventName, const ScriptValue& params);
+  void SetPickDownFunction(PickCallback function) { PickDownFunction = std::move(function); }
+  void EnablePickDownEvent(bool enable) noexcept { Enable_PickDown = enable; }
+  void SetPickUpFunction(PickCallback function) { PickUpFunction = std::move(function); }
+  void EnablePickUpEvent(bool enable) noexcept { Enable_PickUp = enable; }
+  void SetUpdateFunction(UpdateCallback function) { UpdateFunction = std::move(function); }
+
+  // ---- Hooks for script subclasses (the Python binding overrides these) ----
+  // The operation `name` of this node as a script callable, or None.
+  virtual ScriptValue FindEventOperation(const std::string& name);
+  // The script object of a script subclass instance, or None for a plain node.
+  virtual ScriptValue FindScriptSelf();
+  // Called by NodeList: while at least one list owns the node, a script subclass
+  // instance keeps a reference to its own script object so that its script state
+  // survives when the script drops every reference of its own.
+  void retain_owner();
+  void release_owner() noexcept;
+  int owner_count() const noexcept { return ownerCount_; }
+
+  // ---- Fields, in the order the constructor sets them ----
+  std::string NodeType = "3DGameNode";
+  int NodeIndex = -1;
+  std::optional<std::string> TagName;
+  std::weak_ptr<NodeScene> sceneInstance;
+  std::weak_ptr<Vorn_3DGameNode> parent;
+  NodeList children;
+  OrderedMap<std::string, ScriptValue> BindingVarArray;
+  OrderedMap<std::string, EventEntry> BindingEventArray;
+  OrderedMap<std::string, BindingPoint> BindingPointArray;
+  OrderedMap<std::string, EventEntry> InnerBindingEventArray;
+  PickCallback PickDownFunction;
+  bool Enable_PickDown = true;
+  PickCallback PickUpFunction;
+  bool Enable_PickUp = true;
+  UpdateCallback UpdateFunction;
+  bool is2DMode = false;
+  double x = 0, y = 0, z = 0;
+  // Which of x, y, z hold whole numbers a script gave as integers (bit 0 x, 1 y, 2 z),
+  // so that scripts read them back as integers. Engine-side writes clear the bits.
+  std::uint8_t xyzIntMask = 7;
+  double sx = 1.0, sy = 1.0, sz = 1.0;
+  double rx = 0.0, ry = 0.0, rz = 0.0;
+  double rx_speed = 0, ry_speed = 0, rz_speed = 0;
+  FbxAMatrix WorldMatrix;
+  FbxAMatrix AxisMatrix;
+  std::weak_ptr<Vorn_3DGameNode> followTarget;
+  int instanceID = -1;
+  bool visible = true;
+  std::shared_ptr<vorn::ActionPlayer> ActionPlayer;
+  std::vector<std::string> SubMeshList;
+  SubMeshMap<FloatArray> VertexArray_Custom;
+  SubMeshMap<Vec3Array> VertexArray_Positon;
+  SubMeshMap<Vec3Array> VertexArray_Normal;
+  SubMeshMap<Vec3Array> VertexArray_Tangent;
+  SubMeshMap<Vec3Array> VertexArray_Bitangent;
+  SubMeshMap<Vec2Array> VertexArray_UV;
+  SubMeshMap<Vec2Array> VertexArray_BoneIndics;
+  SubMeshMap<Vec4Array> VertexArray_BoneWeight;
+  SubMeshMap<int> VertexDescArray;
+  SubMeshMap<IndexArray> VIndexArray;
+  SubMeshMap<std::vector<TextureInfo>> TextureArray;
+  SubMeshMap<std::shared_ptr<BufferObject>> VVBOArray;
+  SubMeshMap<std::shared_ptr<BufferObject>> IVBOArray;
+  std::optional<unsigned> TargetFrameBuffer;
+  bool TargetFrameBuffer_IsPostFXMode = false;
+  int TargetFrameWidth = 0;
+  int TargetFrameHeight = 0;
+  bool withNormal = true;
+  bool withTexUV = false;
+  bool withSkin = false;
+  SubMeshMap<int> SubMeshShapeType;
+  SubMeshMap<std::int64_t> SubMeshShapeCount;
+  SubMeshMap<int> SubMeshCullMode;
+  SubMeshMap<int> SubMeshAlphaMode;
+  SubMeshMap<bool> SubMeshWireFrame;
+  SubMeshMap<std::array<double, 4>> SubMeshColor;
+  SubMeshMap<std::array<double, 4>> SubMeshSpecularColor;
+  SubMeshMap<unsigned> SubMeshFX;
+  SubMeshMap<unsigned> SubMeshFX_BackUp;
+  std::optional<unsigned> CurrSubMeshFX;
+  std::string MeshFile;
+  bool clicked = false;
+  Vector3 boxMin;
+  Vector3 boxMax;
+  bool boxVisible = false;
+  bool axisVisible = false;
+  bool focusIn = false;
+  ScriptValue userData;
+  bool standOnGround = false;
+  Ptr FollowCamera;
+  Ptr ShadowMapCamera;
+  bool PickTriangleVisible = false;
+
+ private:
+  // Advances ActionPlayer by one frame (node_actions.cpp).
+  void UpdateActionPlayer(double delay);
+  void CallEventIn(OrderedMap<std::string, EventEntry>& table, const std::string& eventName,
+                   const ScriptValue& params, const char* missing);
+
+  int ownerCount_ = 0;
+  ScriptValue scriptSelf_;
+};
+
+// Constructs a node (or subclass) and completes its construction.
+template <class T, class... Args>
+std::shared_ptr<T> MakeNode(Args&&... args) {
+  auto node = std::make_shared<T>(std::forward<Args>(args)...);
+  node->FinishConstruction();
+  return node;
+}
+
+// Hooks the camera subsystem fills in: CreateFollowCamera makes its camera with
+// `create` and points it at the node with `catch_target` (the camera's Catch).
+struct FollowCameraHooks {
+  std::function<Vorn_3DGameNode::Ptr()> create;
+  std::function<void(Vorn_3DGameNode& camera, Vorn_3DGameNode& target)> catch_target;
+};
+inline FollowCameraHooks followCameraHooks;
+
+}  // namespace vorn

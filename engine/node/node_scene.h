@@ -6,6 +6,7 @@
 // first two operations every one has a neutral default (no camera, no fog, no lights).
 #include <array>
 #include <memory>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -32,6 +33,10 @@ class NodeScene {
   // The camera of the main view (a Vorn_3DCamera), or nullptr.
   virtual NodePtr GetActiveCamera() const { return nullptr; }
   virtual void SetActiveCamera(NodePtr /*activeCamera*/) {}
+  // View and projection float lists of the active camera as of its last draw; nothing
+  // before the camera has drawn or with no camera (the uniforms are then left alone).
+  virtual std::optional<std::array<double, 16>> GetActiveViewMatrix() const { return std::nullopt; }
+  virtual std::optional<std::array<double, 16>> GetActiveProjMatrix() const { return std::nullopt; }
   // World rotation of the main view: FbxAMatrix(0, (Scene_RotateV, Scene_RotateH, 0), 1).
   virtual FbxAMatrix GetWorldRotateMatrix() const { return {}; }
 

@@ -1,0 +1,116 @@
+#include "app/demo.h"
+
+#include <filesystem>
+#include <optional>
+
+#include "app/driver.h"
+#include "app/globals.h"
+#include "app/screenshot_gl.h"
+#include "app/window_gl.h"
+#include "core/console.h"
+#include "core/gl_api.h"
+#include "resource/res_manager.h"
+#include "scene/scene.h"
+#include "shader/fx_3d.h"
+#include "shapes/draw_node.h"
+
+namespace vorn {
+namespace {
+
+struct DemoOptions {
+  std::optional<int> frames;
+  std::optional<std::string> screenshot;
+};
+
+DemoOptions parse(const std::vector<std::string>& args) {
+  DemoOptions options;
+  for (std::size_t i = 0; i < args.size(); ++i) {
+    if (args[i] == "--frames" && i + 1 < args.size()) {
+      options.frames = std::stoi(args[++i]);
+    } else if (args[i] == "--screenshot" && i + 1 < args.size()) {
+      options.screenshot = args[++i];
+    }
+  }
+  // A screenshot alone still needs a frame to show.
+  if (options.screenshot && !options.frames) options.frames = 1;
+  return options;
+}
+
+// A lit ground square where the textured plane will stand.
+void build_ground(Vorn_3Dcene& scene) {
+  auto ground = scene.Create3DGameNode(0.0, 0.0, 0.0);
+  const int s = ground->CreateSubMesh("ground");
+  const double half = 20.0;
+  const double positions[12] = {-half, 0, half, half, 0, half, half, 0, -half, -half, 0, -half};
+  const double normals[12] = {0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0};
+  ground->PushQuadVertex_Postion(s, std::span<const double, 12>(positions));
+  ground->PushQuadVertex_Normal(s, std::span<const double, 12>(normals));
+  ground->PushTriangleVIndex(s, 0, 1, 2);
+  ground->PushTriangleVIndex(s, 0, 2, 3);
+  ground->SetSubMeshShapeType(s, GL_TRIANGLES);
+  ground->BuildVBO();
+  ground->ApplyFX(Vorn_3DFX::FX_DIFFUSE);
+  ground->SetMeshColor(0.6, 0.6, 0.6, 0.6);
+}
+
+void display_cb() { DrawFunc(); }
+void mouse_cb(int btn, int state, int x, int y) { MouseFunc(btn, state, x, y); }
+void motion_cb(int x, int y) { MotionFunc(x, y); }
+void keyboard_cb(unsigned char key, int x, int y) {
+  // A byte key prints as the script layer shows bytes: b'a'.
+  KeyboardFunc(console::py_repr_str(std::string(1, static_cast<char>(key))).insert(0, "b"), x, y);
+}
+void special_cb(int key, int x, int y) { KeyboardFunc(std::to_string(key), x, y); }
+void reshape_cb(int w, int h) { ChangeSizeFunc(w, h); }
+
+}  // namespace
+
+int RunDemo(const std::vector<std::string>& args) {
+  const DemoOptions options = parse(args);
+
+  if (!glutGet(GLUT_INIT_STATE)) {
+    int argc = 1;
+    char name[] = "vorn-demo";
+    char* argv[] = {name, nullptr};
+    glutInit(&argc, argv);
+  }
+  SetDisplayMode(GLUT_SINGLE | GLUT_RGBA | GLUT_DEPTH | GLUT_MULTISAMPLE);
+  glutInitWindowSize(SCREEN_WIDTH, SCREEN_HEIGHT);
+  CreateEngineWindow("Vorn - 3DWorld");
+
+  const std::string ResDir = (std::filesystem::current_path() / "Resources").string();
+  auto ResManager = PyGameResManager::Create(ResDir);
+  const bool DXT_Support = ResManager->CheckCompressTextureFormat_DXT();
+  console::print(DXT_Support);
+
+  openGLScene = Vorn_3Dcene::Create();
+  openGLScene->InitGL(SCREEN_WIDTH, SCREEN_HEIGHT);
+  openGLScene->SetBGColor(0.1, 0.3, 0.5);
+  openGLScene->SetAmbientColor(1.0, 1.0, 1.0);
+  openGLScene->SetSceneFog(0.0, 20.0);
+  openGLScene->DisableFog();
+  pickDrawNode = std::dynamic_pointer_cast<Vorn_3DDrawNode>(openGLScene->CreateDrawNode());
+  build_ground(*openGLScene);
+
+  driverInput = DriverInput{};
+  glutDisplayFunc(&display_cb);
+  glutIdleFunc(&display_cb);
+  glutMouseFunc(&mouse_cb);
+  glutMotionFunc(&motion_cb);
+  glutKeyboardFunc(&keyboard_cb);
+  glutSpecialFunc(&special_cb);
+  glutReshapeFunc(&reshape_cb);
+
+  if (!options.frames) {
+    glutMainLoop();
+    return 0;
+  }
+  for (int i = 0; i < *options.frames; ++i) {
+    glutMainLoopEvent();
+    DrawFunc();
+  }
+  if (options.screenshot && !SaveWindowPNG(*options.screenshot, SCREEN_WIDTH, SCREEN_HEIGHT)) return 1;
+  return 0;
+}
+
+}  // namespace vorn

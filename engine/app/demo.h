@@ -1,0 +1,12 @@
+#pragma once
+// The demonstration: opens an 800 by 600 window, builds a scene and lets the mouse
+// rotate the world, pan and zoom. Options: --frames N renders N frames and returns;
+// --screenshot out.png saves the window after them.
+#include <string>
+#include <vector>
+
+namespace vorn {
+
+int RunDemo(const std::vector<std::string>& args);
+
+}  // namespace vorn

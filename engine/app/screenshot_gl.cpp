@@ -1,0 +1,49 @@
+#include "app/screenshot_gl.h"
+
+#include <spng.h>
+
+#include <cstdio>
+#include <memory>
+#include <vector>
+
+#include "core/console.h"
+#include "core/gl_api.h"
+
+namespace vorn {
+
+bool SaveWindowPNG(const std::string& path, int width, int height) {
+  if (width <= 0 || height <= 0) return false;
+  glFinish();
+  std::vector<unsigned char> rgb(static_cast<std::size_t>(width) * height * 3);
+  glPixelStorei(GL_PACK_ALIGNMENT, 1);
+  glReadBuffer(GL_FRONT);
+  glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
+  // GL rows run bottom-up, PNG rows top-down.
+  std::vector<unsigned char> flipped(rgb.size());
+  const std::size_t row = static_cast<std::size_t>(width) * 3;
+  for (int y = 0; y < height; ++y) {
+    std::copy_n(&rgb[static_cast<std::size_t>(height - 1 - y) * row], row, &flipped[static_cast<std::size_t>(y) * row]);
+  }
+
+  std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "wb"), &std::fclose);
+  if (!file) {
+    console::print("Screenshot: cannot write", path);
+    return false;
+  }
+  std::unique_ptr<spng_ctx, void (*)(spng_ctx*)> ctx(spng_ctx_new(SPNG_CTX_ENCODER), &spng_ctx_free);
+  spng_ihdr ihdr{};
+  ihdr.width = static_cast<uint32_t>(width);
+  ihdr.height = static_cast<uint32_t>(height);
+  ihdr.bit_depth = 8;
+  ihdr.color_type = SPNG_COLOR_TYPE_TRUECOLOR;
+  int err = spng_set_png_file(ctx.get(), file.get());
+  if (!err) err = spng_set_ihdr(ctx.get(), &ihdr);
+  if (!err) err = spng_encode_image(ctx.get(), flipped.data(), flipped.size(), SPNG_FMT_PNG, SPNG_ENCODE_FINALIZE);
+  if (err) {
+    console::print("Screenshot: PNG encoding failed:", spng_strerror(err));
+    return false;
+  }
+  return true;
+}
+
+}  // namespace vorn

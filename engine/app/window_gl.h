@@ -1,0 +1,14 @@
+#pragma once
+// Opening the GLUT window with the display mode a host asked for, falling back to a
+// visual without multisampling where the display offers none.
+#include <string>
+
+namespace vorn {
+
+// Records the display mode for the next window (and tells GLUT).
+void SetDisplayMode(unsigned int mode);
+// Creates the window; drops GLUT_MULTISAMPLE (printing one line) when that mode is not
+// possible on this display. Returns the GLUT window id.
+int CreateEngineWindow(const std::string& title);
+
+}  // namespace vorn

@@ -1,0 +1,155 @@
+#include "scene/scene.h"
+
+#include "camera/camera.h"
+#include "core/errors.h"
+#include "node/game_node.h"
+#include "overlay/axis.h"
+#include "shapes/draw_node.h"
+
+namespace vorn {
+namespace {
+
+std::shared_ptr<Vorn_3DCamera> as_camera(const NodeScene::NodePtr& node) {
+  return std::dynamic_pointer_cast<Vorn_3DCamera>(node);
+}
+
+NodeScene::NodePtr find_by_tag(const NodeList& list, const std::string& tagName) {
+  for (const auto& node : list) {
+    if (node && node->GetTag() == tagName) return node;
+  }
+  return nullptr;
+}
+
+}  // namespace
+
+std::shared_ptr<Vorn_3Dcene> Vorn_3Dcene::Create() { return std::shared_ptr<Vorn_3Dcene>(new Vorn_3Dcene()); }
+
+Vorn_3Dcene::Vorn_3Dcene()
+    : CurrObjectAxis(MakeNode<Vorn_3DAxis>(0.0, 0.0, 0.0)),
+      CurrDrawNode(MakeNode<Vorn_3DDrawNode>(0.0, 0.0, 0.0)),
+      begin_(std::chrono::steady_clock::now()) {
+  auto camera = MakeNode<Vorn_3DCamera>(0.0, 10.0, 10.0);
+  camera->LookAt(0.0, 0.0, 0.0);
+  ActiveCamera = camera;
+  BeginTime = std::chrono::duration<double>(std::chrono::system_clock::now().time_since_epoch()).count();
+  FPSText = Create2DText(2, 2, "FPS:60");
+  FPSText->SetBorderMode();
+  BatchText = Create2DText(2, 22, "Batch:0");
+  BatchText->SetBorderMode();
+}
+
+Vorn_3Dcene::~Vorn_3Dcene() = default;
+
+double Vorn_3Dcene::ElapsedSeconds() const {
+  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin_).count();
+}
+
+std::optional<std::array<double, 16>> Vorn_3Dcene::GetActiveViewMatrix() const {
+  auto camera = as_camera(ActiveCamera);
+  if (!camera) return std::nullopt;
+  return camera->GetViewMatrix();
+}
+
+std::optional<std::array<double, 16>> Vorn_3Dcene::GetActiveProjMatrix() const {
+  auto camera = as_camera(ActiveCamera);
+  if (!camera) return std::nullopt;
+  return camera->GetProjMatrix();
+}
+
+FbxAMatrix Vorn_3Dcene::GetWorldRotateMatrix() const {
+  return FbxAMatrix(FbxVector4(0.0, 0.0, 0.0, 0.0), FbxVector4(Scene_RotateV, Scene_RotateH, 0.0, 0.0),
+                    FbxVector4(1.0, 1.0, 1.0, 1.0));
+}
+
+void Vorn_3Dcene::SetSceneFogStart(double start) {
+  if (!SceneFog.empty()) SceneFog[0] = start;
+}
+
+void Vorn_3Dcene::SetSceneFogEnd(double end) {
+  if (SceneFog.size() > 1) SceneFog[1] = end;
+}
+
+void Vorn_3Dcene::SetSceneFogColor(double r, double g, double b) {
+  if (SceneFog.size() < 5) {
+    SetSceneFog(30.0, 100.0, r, g, b);
+    return;
+  }
+  SceneFog[2] = r;
+  SceneFog[3] = g;
+  SceneFog[4] = b;
+}
+
+std::array<double, 5> Vorn_3Dcene::GetSceneFog() const {
+  // A fog from 0 to 0 is how a shader sees no fog.
+  std::array<double, 5> fog{};
+  if (!EnableSceneFog) return fog;
+  for (std::size_t i = 0; i < fog.size() && i < SceneFog.size(); ++i) fog[i] = SceneFog[i];
+  return fog;
+}
+
+NodeScene::NodePtr Vorn_3Dcene::GetCurrDrawNode() const { return CurrDrawNode; }
+
+double Vorn_3Dcene::Get3DTerrainY(double /*x*/, double /*z*/) {
+  // Terrains answer through their height grids; with none in the registry the ground
+  // stands at 0.
+  return 0.0;
+}
+
+std::pair<Vector3, Vector3> Vorn_3Dcene::GetScree3DPointAndDir() {
+  auto camera = as_camera(ActiveCamera);
+  if (!camera) throw AttributeError("Vorn_3Dcene.GetScree3DPointAndDir: the scene has no active camera");
+  return camera->ScreenPtTo3DPointAndDir(MouseX, MouseY, false);
+}
+
+bool Vorn_3Dcene::BeginDragAxis(double offsetX, double offsetY) {
+  return CurrObjectAxis ? CurrObjectAxis->Drag(offsetX, offsetY) : false;
+}
+
+void Vorn_3Dcene::EndDragAxis() {
+  if (CurrObjectAxis) CurrObjectAxis->ReleaseDrag();
+}
+
+NodeScene::NodePtr Vorn_3Dcene::Create3DGameNode(double x, double y, double z, const NodePtr& parent) {
+  auto node = MakeNode<Vorn_3DGameNode>(x, y, z, parent);
+  node->OnLoad(shared_from_this());
+  if (!parent) ObjectArray_3D.push_back(node);
+  return node;
+}
+
+std::shared_ptr<Vorn_Text> Vorn_3Dcene::Create2DText(double x, double y, const std::string& text, double r,
+                                                     double g, double b, int font) {
+  auto newText = std::make_shared<Vorn_Text>(x, y, text, font);
+  newText->SetColor(r, g, b);
+  TextArray.push_back(newText);
+  return newText;
+}
+
+NodeScene::NodePtr Vorn_3Dcene::CreateCamera(double x, double y, double z) {
+  auto camera = MakeNode<Vorn_3DCamera>(x, y, z);
+  camera->LookAt(0.0, 0.0, 0.0);
+  camera->OnLoad(shared_from_this());
+  CameraList.push_back(camera);
+  return camera;
+}
+
+NodeScene::NodePtr Vorn_3Dcene::CreateDrawNode() {
+  auto drawNode = MakeNode<Vorn_3DDrawNode>(0.0, 0.0, 0.0);
+  drawNode->OnLoad(shared_from_this());
+  DrawNodeArray_3D.push_back(drawNode);
+  return drawNode;
+}
+
+NodeScene::NodePtr Vorn_3Dcene::QueyPointLightByTag(const std::string& tagName) const {
+  return find_by_tag(LightList, tagName);
+}
+NodeScene::NodePtr Vorn_3Dcene::Quey2DObjectByTag(const std::string& tagName) const {
+  return find_by_tag(ObjectArray_2D, tagName);
+}
+NodeScene::NodePtr Vorn_3Dcene::Quey3DObjectByTag(const std::string& tagName) const {
+  return find_by_tag(ObjectArray_3D, tagName);
+}
+NodeScene::NodePtr Vorn_3Dcene::Quey3DTerrainByTag(const std::string& tagName) const {
+  return find_by_tag(ObjectArray_3DTerrain, tagName);
+}
+
+}  // namespace vorn

@@ -1,0 +1,183 @@
+#pragma once
+// Vorn_3Dcene: the one scene. It owns every registry of things in the world, the
+// active camera and the global render values that nodes read while drawing, and it
+// runs the frame (DrawScene).
+#include <array>
+#include <chrono>
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/ordered_map.h"
+#include "core/script_value.h"
+#include "node/node_list.h"
+#include "node/node_scene.h"
+#include "overlay/text.h"
+
+namespace vorn {
+
+class Vorn_3DGameNode;
+class Vorn_3DAxis;
+class Vorn_3DDrawNode;
+class Vorn_3DCamera;
+
+using TextList = std::vector<std::shared_ptr<Vorn_Text>>;
+
+class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3Dcene> {
+ public:
+  // Builds the built-in gizmo, draw node, camera and the two overlays; they are bound
+  // to the scene by InitGL. Needs the window (GL context), the resource manager and
+  // the shader manager. Scenes live in shared pointers: use Create().
+  static std::shared_ptr<Vorn_3Dcene> Create();
+  ~Vorn_3Dcene() override;
+  Vorn_3Dcene(const Vorn_3Dcene&) = delete;
+  Vorn_3Dcene& operator=(const Vorn_3Dcene&) = delete;
+
+  // ---- Lifecycle (scene_gl.cpp) ----
+  // OpenGL state the engine relies on, the camera range, the screen size, and OnLoad
+  // of the built-in nodes. ZeroDivisionError for a height of 0.
+  void InitGL(int screenWidth, int screenHeight, double viewNear = 0.1, double viewFar = 1000.0);
+  // The whole frame (scene_frame_gl.cpp).
+  void DrawScene();
+
+  // ---- Accessors ----
+  int GenNewGameNodeID() override { return ++GAMENODE_ID; }
+  double Get3DTerrainY(double x, double z) override;
+  NodePtr GetActiveCamera() const override { return ActiveCamera; }
+  void SetActiveCamera(NodePtr activeCamera) override { ActiveCamera = std::move(activeCamera); }
+  std::optional<std::array<double, 16>> GetActiveViewMatrix() const override;
+  std::optional<std::array<double, 16>> GetActiveProjMatrix() const override;
+  std::pair<int, int> GetScreenSize() const { return {ScreenWidth, ScreenHeight}; }
+  void SetMouseXY(int px, int py, bool checkPick = true) {
+    MouseX = px;
+    MouseY = py;
+    checkPickOnce = checkPick;
+  }
+  bool isCheckPickOnce() const override { return checkPickOnce; }
+  void Rotate_H(double RH) { Scene_RotateH += RH; }
+  void Rotate_V(double RV) { Scene_RotateV += RV; }
+  FbxAMatrix GetWorldRotateMatrix() const override;
+  void AddBatchCount() override { ++BatchCount; }
+  void SetBGColor(double r, double g, double b) { BGColor = {r, g, b}; }
+  double GetCurrTime() const override { return uCurrTime; }
+  void SetAmbientColor(double r, double g, double b) { AmbientColor = {r, g, b}; }
+  std::array<double, 3> GetAmbientColor() const override { return AmbientColor; }
+  void SetDepthBlurLerpValue(double value) { DepthBlurLerpValue = value; }
+  double GetDepthBlurLerpValue() const override { return DepthBlurLerpValue; }
+  void SetSunLight(double x, double y, double z, double r, double g, double b) {
+    SunLightDir = {x, y, z};
+    SunLightColor = {r, g, b};
+  }
+  std::array<double, 3> GetSunLightDir() const override { return SunLightDir; }
+  std::array<double, 3> GetSunLightColor() const override { return SunLightColor; }
+  void SetSceneFog(double start = 30.0, double end = 100.0, double r = 0.5, double g = 0.5, double b = 0.7) {
+    SceneFog = {start, end, r, g, b};
+  }
+  void SetSceneFogStart(double start = 10.0);
+  void SetSceneFogEnd(double end = 100.0);
+  void SetSceneFogColor(double r = 0.5, double g = 0.5, double b = 0.7);
+  std::array<double, 5> GetSceneFog() const override;
+  void EnableFog() override { EnableSceneFog = true; }
+  void DisableFog() override { EnableSceneFog = false; }
+  bool IsDeferLightMode() const override { return DeferLightMode; }
+  int GetSSAOKernelCount() const override { return 64; }
+  double GetSSAOKernelRadius() const override { return SSAOKernelRadius; }
+  const std::vector<double>& GetSSAOKernelList() const override { return SSAOKernelList; }
+  NodePtr GetCurrSkyObject() const { return currSkyObject; }
+  NodePtr GetCurrDrawNode() const override;
+  void SetBackgroundMP3(std::optional<std::string> mp3File) { BackgroundMP3File = std::move(mp3File); }
+  const std::optional<std::string>& GetBackgroundMP3() const { return BackgroundMP3File; }
+
+  // ---- Factories and lookups (scene_factories.cpp) ----
+  NodePtr Create3DGameNode(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr);
+  std::shared_ptr<Vorn_Text> Create2DText(double x, double y, const std::string& text, double r = 1.0,
+                                          double g = 1.0, double b = 1.0, int font = Vorn_Text::FT_8_BY_13);
+  NodePtr CreateCamera(double x = 0.0, double y = 0.0, double z = 0.0);
+  NodePtr CreateDrawNode();
+  const NodeList& GetPointLightList() const override { return LightList; }
+  const NodeList& Get2DObjectArray() const { return ObjectArray_2D; }
+  const NodeList& Get3DObjectArray() const override { return ObjectArray_3D; }
+  const NodeList& Get3DTerrainArray() const { return ObjectArray_3DTerrain; }
+  NodePtr QueyPointLightByTag(const std::string& tagName) const;
+  NodePtr Quey2DObjectByTag(const std::string& tagName) const;
+  NodePtr Quey3DObjectByTag(const std::string& tagName) const;
+  NodePtr Quey3DTerrainByTag(const std::string& tagName) const;
+
+  // ---- Picking and the gizmo (scene_picking.cpp) ----
+  std::pair<Vector3, Vector3> GetScree3DPointAndDir() override;
+  // Hands mouse offsets to the gizmo; true when it takes the drag.
+  bool BeginDragAxis(double offsetX, double offsetY);
+  void EndDragAxis();
+
+  // ---- Fields, in the order the constructor sets them ----
+  NodeList DrawNodeArray_3D;
+  NodeList ObjectArray_3D;
+  NodeList ObjectArray_3DTerrain;
+  NodeList ObjectArray_3DOcean;
+  NodeList ObjectArray_2D;
+  TextList TextArray;
+  NodeList LightList;
+  NodeList CameraList;
+  std::shared_ptr<Vorn_3DAxis> CurrObjectAxis;
+  std::shared_ptr<Vorn_3DDrawNode> CurrDrawNode;
+  int GAMENODE_ID = 0;
+  int ScreenWidth = 0;
+  int ScreenHeight = 0;
+  NodePtr sceneSkyBox;
+  NodePtr sceneSkyShpere;
+  NodePtr currSkyObject;
+  double Scene_RotateH = 0.0;
+  double Scene_RotateV = 0.0;
+  NodePtr ActiveCamera;
+  NodePtr VRLeftCamera;
+  NodePtr VRLeftEyeImage;
+  NodePtr VRRightCamera;
+  NodePtr VRRightEyeImage;
+  NodePtr VRLogoImage;
+  OrderedMap<int, NodePtr> DeferLightCamera;
+  bool DeferLightMode = false;
+  OrderedMap<int, NodePtr> SSAOCamera;
+  std::vector<double> SSAOKernelList;
+  double SSAOKernelRadius = 1.0;
+  double UpdateLastTime = 0.0;
+  double CurrTime = 0.0;
+  int FPSCount = 0;
+  double FPSTimer = 0.0;
+  int BatchCount = 0;
+  double BeginTime = 0.0;
+  std::array<double, 3> BGColor{0.0, 0.0, 0.0};
+  std::array<double, 3> AmbientColor{1.0, 0.5, 0.0};
+  double DepthBlurLerpValue = 0.0;
+  std::array<double, 3> SunLightDir{-1.0, -1.0, -1.0};
+  std::array<double, 3> SunLightColor{1.0, 1.0, 1.0};
+  std::vector<double> SceneFog{10.0, 100.0, 0.5, 0.5, 1.0};
+  bool EnableSceneFog = true;
+  std::vector<double> PointLightArray_ZYZRange;
+  std::vector<double> PointLightArray_Color;
+  std::shared_ptr<Vorn_Text> FPSText;
+  std::shared_ptr<Vorn_Text> BatchText;
+  int MouseX = 0;
+  int MouseY = 0;
+  bool checkPickOnce = false;
+  std::optional<std::string> BackgroundMP3File;
+  std::vector<ScriptValue> LoadFunctionLine;
+  OrderedMap<std::string, ScriptValue> UserFunctionDict;
+  // Seconds since BeginTime at the last frame; 0 until the first frame.
+  double uCurrTime = 0.0;
+
+ protected:
+  Vorn_3Dcene();
+
+ private:
+  // Seconds since construction on a clock that never jumps.
+  double ElapsedSeconds() const;
+  void UpdatePhase(double delay);
+  void MainPass(bool vrMode);
+  bool IsVRMode() const;
+
+  std::chrono::steady_clock::time_point begin_;
+};
+
+}  // namespace vorn

@@ -1,0 +1,181 @@
+// InitGL and the frame: the GL-facing half of the scene.
+#include <cstdio>
+
+#include "app/globals.h"
+#include "camera/camera.h"
+#include "core/errors.h"
+#include "core/gl_api.h"
+#include "node/game_node.h"
+#include "overlay/axis.h"
+#include "scene/scene.h"
+#include "shapes/draw_node.h"
+
+namespace vorn {
+namespace {
+
+// Walks a registry by index, reading its length at each step: an object appended by a
+// script callback during the walk takes part in the same walk.
+template <class Fn>
+void walk(const NodeList& list, Fn&& fn) {
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    NodeScene::NodePtr node = list[i];  // keep it alive while it runs
+    if (node) fn(*node);
+  }
+}
+
+template <class Fn>
+void walk_roots(const NodeList& list, Fn&& fn) {
+  walk(list, [&](Vorn_3DGameNode& node) {
+    if (!node.GetParent()) fn(node);
+  });
+}
+
+}  // namespace
+
+void Vorn_3Dcene::InitGL(int screenWidth, int screenHeight, double viewNear, double viewFar) {
+  glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
+  glClearDepth(1.0);
+  glDepthFunc(GL_LEQUAL);
+  glShadeModel(GL_SMOOTH);
+  glEnable(GL_DEPTH_TEST);
+  glEnable(GL_CULL_FACE);
+  glCullFace(GL_BACK);
+  glEnable(GL_POINT_SMOOTH);
+  glEnable(GL_LINE_SMOOTH);
+  glEnable(GL_POLYGON_SMOOTH);
+  glEnable(GL_MULTISAMPLE);
+  glDisable(GL_DITHER);
+  glMatrixMode(GL_PROJECTION);
+  glHint(GL_POINT_SMOOTH_HINT, GL_NICEST);
+  glHint(GL_LINE_SMOOTH_HINT, GL_NICEST);
+  glHint(GL_POLYGON_SMOOTH_HINT, GL_NICEST);
+  glLoadIdentity();
+  if (screenHeight == 0) throw ZeroDivisionError("Vorn_3Dcene.InitGL: screenHeight is 0 (float division by zero)");
+  gluPerspective(45.0, static_cast<double>(screenWidth) / static_cast<double>(screenHeight), viewNear, viewFar);
+  glMatrixMode(GL_MODELVIEW);
+  if (auto camera = std::dynamic_pointer_cast<Vorn_3DCamera>(ActiveCamera)) camera->SetRange(viewNear, viewFar);
+  ScreenWidth = screenWidth;
+  ScreenHeight = screenHeight;
+  glLineWidth(0.01f);
+  const auto self = shared_from_this();
+  CurrObjectAxis->OnLoad(self);
+  if (ActiveCamera) ActiveCamera->OnLoad(self);
+  CurrDrawNode->OnLoad(self);
+}
+
+bool Vorn_3Dcene::IsVRMode() const { return VRLeftCamera && VRRightCamera && VRLeftEyeImage && VRRightEyeImage; }
+
+void Vorn_3Dcene::UpdatePhase(double delay) {
+  auto update = [delay](Vorn_3DGameNode& node) { node.update(delay); };
+  if (ActiveCamera && !ActiveCamera->GetParent()) ActiveCamera->update(delay);
+  for (const auto& [id, camera] : DeferLightCamera) {
+    if (camera) camera->update(delay);
+  }
+  for (const auto& [id, camera] : SSAOCamera) {
+    if (camera) camera->update(delay);
+  }
+  walk_roots(CameraList, update);
+  walk_roots(LightList, update);
+  walk(ObjectArray_3D, update);
+  walk(DrawNodeArray_3D, update);
+  walk(ObjectArray_3DTerrain, update);
+  walk(ObjectArray_3DOcean, update);
+  if (sceneSkyBox) sceneSkyBox->update(delay);
+  if (sceneSkyShpere) sceneSkyShpere->update(delay);
+  walk(ObjectArray_2D, update);
+  for (std::size_t i = 0; i < TextArray.size(); ++i) {
+    auto text = TextArray[i];
+    if (text) text->update(delay);
+  }
+  if (CurrObjectAxis) CurrObjectAxis->update(delay);
+  if (CurrDrawNode) CurrDrawNode->update(delay);
+}
+
+void Vorn_3Dcene::MainPass(bool vrMode) {
+  if (vrMode) {
+    // Both eye cameras render the scene into their targets and the images show them.
+    VRLeftCamera->draw();
+    VRRightCamera->draw();
+    VRLeftEyeImage->draw();
+    VRRightEyeImage->draw();
+    if (!VRLogoImage) throw AttributeError("Vorn_3Dcene.DrawScene: VR mode needs VRLogoImage");
+    VRLogoImage->draw();
+    return;
+  }
+  const double rx = Scene_RotateV, ry = Scene_RotateH, rz = 0.0;
+  auto draw3d = [rx, ry, rz](Vorn_3DGameNode& node) { node.draw(rx, ry, rz); };
+  // The active camera sets up projection and view for everything after it.
+  if (ActiveCamera) ActiveCamera->draw();
+  for (const auto& [id, camera] : DeferLightCamera) {
+    if (camera) camera->draw();
+  }
+  for (const auto& [id, camera] : SSAOCamera) {
+    if (camera) camera->draw();
+  }
+  walk_roots(LightList, draw3d);
+  walk(ObjectArray_3DTerrain, draw3d);
+  walk(ObjectArray_3DOcean, draw3d);
+  walk(ObjectArray_3D, draw3d);
+  walk(DrawNodeArray_3D, draw3d);
+  if (CurrObjectAxis) CurrObjectAxis->draw(rx, ry, rz);
+  if (CurrDrawNode) CurrDrawNode->draw(rx, ry, rz);
+  // The sky after the world: its depth test discards what the world covers.
+  if (sceneSkyBox) sceneSkyBox->draw(rx, ry, rz);
+  if (sceneSkyShpere) sceneSkyShpere->draw(rx, ry, rz);
+  // 2D last, in creation order: later objects lie on top.
+  walk(ObjectArray_2D, [](Vorn_3DGameNode& node) { node.draw(); });
+  for (std::size_t i = 0; i < TextArray.size(); ++i) {
+    auto text = TextArray[i];
+    if (text) text->draw();
+  }
+}
+
+void Vorn_3Dcene::DrawScene() {
+  // Clock and statistics: the first frame has delay 0.
+  uCurrTime = ElapsedSeconds();
+  if (UpdateLastTime == 0.0) UpdateLastTime = uCurrTime;
+  const double delay = uCurrTime - UpdateLastTime;
+  FPSTimer += delay;
+  if (FPSTimer > 0.5) {
+    char text[32];
+    std::snprintf(text, sizeof text, "FPS:%d", static_cast<int>(FPSCount / FPSTimer + 0.5));
+    FPSText->SetText(text);
+    FPSTimer = 0.0;
+    FPSCount = 0;
+  }
+
+  UpdatePhase(delay);
+  UpdateLastTime = uCurrTime;
+  const bool vrMode = IsVRMode();
+  if (vrMode) {
+    VRLeftCamera->update(delay);
+    VRRightCamera->update(delay);
+    VRLeftEyeImage->update(delay);
+    VRRightEyeImage->update(delay);
+  }
+
+  // The overlay shows the previous frame's batches; this frame's count starts here.
+  BatchText->SetText("Batch:" + std::to_string(BatchCount));
+  BatchCount = 0;
+
+  // Render-target cameras draw before the clear, so their textures are ready.
+  glViewport(0, 0, SCREEN_WIDTH, SCREEN_HEIGHT);
+  glLoadIdentity();
+  walk_roots(CameraList, [](Vorn_3DGameNode& camera) { camera.draw(); });
+
+  glClearColor(static_cast<float>(BGColor[0]), static_cast<float>(BGColor[1]), static_cast<float>(BGColor[2]),
+               1.0f);
+  glClearDepth(1.0);
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+  glLoadIdentity();
+  const bool pickAtStart = checkPickOnce;
+
+  MainPass(vrMode);
+
+  // A request made during the frame (flag false at the start) waits for the next one.
+  if (checkPickOnce && checkPickOnce == pickAtStart) checkPickOnce = false;
+  glFlush();
+  ++FPSCount;
+}
+
+}  // namespace vorn

@@ -10,7 +10,8 @@
 
 namespace vorn::py_bind {
 
-using NodeClass = py::class_<Vorn_3DGameNode, PyNode<Vorn_3DGameNode>, std::shared_ptr<Vorn_3DGameNode>>;
+using NodeClass =
+    py::class_<Vorn_3DGameNode, ActionTarget, PyNode<Vorn_3DGameNode>, std::shared_ptr<Vorn_3DGameNode>>;
 
 // A number as the script gave it: an int when it is whole and was given as an int.
 inline py::object script_number(double value, bool wasInt) {

@@ -2,11 +2,52 @@
 #include <memory>
 
 #include "bind_common.h"
+#include "node_trampoline.h"
+#include "node_views.h"
+#include "overlay/axis.h"
 #include "overlay/text.h"
 
 namespace vorn::py_bind {
+namespace {
+
+void bind_axis(py::module_& m) {
+  py::class_<Vorn_3DAxis, Vorn_3DGameNode, PyNode<Vorn_3DAxis>, std::shared_ptr<Vorn_3DAxis>> cls(
+      m, "Vorn_3DAxis",
+      "The scene's gizmo: bound to one node, it shows three axes on it and drags the node\n"
+      "along a picked axis. An unbound gizmo draws and picks nothing.");
+  cls.def(py::init([](double x, double y, double z, py::handle parent) {
+            return std::make_shared<PyNode<Vorn_3DAxis>>(
+                x, y, z, parent.is_none() ? nullptr : node_arg(parent, "Vorn_3DAxis"));
+          }),
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none());
+  wrap_init_with_parent(cls, "__init__(self, x=0, y=0, z=0, parent=None)");
+  cls.def(
+         "Binding",
+         [](Vorn_3DAxis& a, py::handle node) { a.Binding(node.is_none() ? nullptr : node_arg(node, "Vorn_3DAxis.Binding")); },
+         py::arg("gameNode"), "Binds the gizmo to a node (None unbinds) and takes the axis program.")
+      .def("SetType", &Vorn_3DAxis::SetType, py::arg("type"), "Sets AxisType (\"t\" translates).")
+      .def("GetType", &Vorn_3DAxis::GetType, "AxisType.")
+      .def("Drag", &Vorn_3DAxis::Drag, py::arg("offsetX"), py::arg("offsetY"),
+           "With a picked translate axis: stores the offsets for the next draw and returns True.")
+      .def("ReleaseDrag", &Vorn_3DAxis::ReleaseDrag, "Ends the drag; the picked axis stays.")
+      .def_property(
+          "GameNode", [](const Vorn_3DAxis& a) { return node_to_py(a.GameNode.lock()); },
+          [](Vorn_3DAxis& a, py::handle node) {
+            a.GameNode = node.is_none() ? nullptr : node_arg(node, "Vorn_3DAxis.GameNode");
+          },
+          "The bound node, or None.")
+      .def_readwrite("AxisType", &Vorn_3DAxis::AxisType)
+      .def_readwrite("Dragging", &Vorn_3DAxis::Dragging)
+      .def_readwrite("offsetX", &Vorn_3DAxis::offsetX)
+      .def_readwrite("offsetY", &Vorn_3DAxis::offsetY)
+      .def_readwrite("PickedAxis", &Vorn_3DAxis::PickedAxis)
+      .def_readwrite("PickTriangleDict", &Vorn_3DAxis::PickTriangleDict);
+}
+
+}  // namespace
 
 void bind_overlay(py::module_& m) {
+  bind_axis(m);
   py::class_<Vorn_Text, std::shared_ptr<Vorn_Text>> text(
       m, "Vorn_Text",
       "A line of bitmap text placed in window pixels (x from the left, y down from the top\n"

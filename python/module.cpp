@@ -26,6 +26,8 @@ PYBIND11_MODULE(_engine, m) {
   bind_actions(m);
   bind_node(m);
   bind_overlay(m);
+  // The scene uses every class above.
+  bind_scene(m);
   // Globals last: object globals refer to classes bound above.
   bind_globals(m);
 }

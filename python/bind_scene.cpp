@@ -1,0 +1,254 @@
+// The scene, its live registries, the GLUT driver callbacks and the demonstration.
+#include <pybind11/stl_bind.h>
+
+#include <memory>
+
+#include "app/demo.h"
+#include "app/driver.h"
+#include "app/globals.h"
+#include "bind_common.h"
+#include "camera/camera.h"
+#include "node_trampoline.h"
+#include "node_views.h"
+#include "overlay/axis.h"
+#include "scene/scene.h"
+#include "shapes/draw_node.h"
+
+PYBIND11_MAKE_OPAQUE(vorn::TextList)
+
+namespace vorn::py_bind {
+namespace {
+
+using Scene = Vorn_3Dcene;
+
+// A registry of the scene as a live list that keeps the scene alive.
+template <NodeList Scene::*Field>
+void registry(py::class_<Scene, NodeScene, std::shared_ptr<Scene>>& cls, const char* name, const char* doc) {
+  cls.def_property(
+      name, [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &((*s).*Field)}; },
+      [name](const std::shared_ptr<Scene>& s, py::handle value) {
+        assign_node_list((*s).*Field, value, std::string("Vorn_3Dcene.") + name);
+      },
+      doc);
+}
+
+// A node field of the scene (camera, sky, VR images) read and written as a node.
+template <NodeScene::NodePtr Scene::*Field>
+void node_field(py::class_<Scene, NodeScene, std::shared_ptr<Scene>>& cls, const char* name, const char* doc) {
+  cls.def_property(
+      name, [](const Scene& s) { return node_to_py(s.*Field); },
+      [name](Scene& s, py::handle value) {
+        s.*Field = value.is_none() ? nullptr : node_arg(value, std::string("Vorn_3Dcene.") + name);
+      },
+      doc);
+}
+
+py::dict camera_map(const OrderedMap<int, NodeScene::NodePtr>& map) {
+  py::dict out;
+  for (const auto& [id, camera] : map) out[py::int_(id)] = node_to_py(camera);
+  return out;
+}
+
+void bind_scene_class(py::module_& m) {
+  py::bind_vector<TextList>(m, "TextList", "A live list of Vorn_Text overlays held by the scene.");
+
+  py::class_<Scene, NodeScene, std::shared_ptr<Scene>> cls(
+      m, "Vorn_3Dcene",
+      "The one scene: registries of everything in the world, the active camera, the\n"
+      "render values nodes read while drawing, and the frame (DrawScene). Construct it\n"
+      "after the window and the PyGameResManager, then call InitGL.\n\n"
+      "Ownership: the scene owns every object in its registries; registries read from\n"
+      "Python are live lists (append reaches the engine).");
+  cls.def(py::init([] { return Scene::Create(); }),
+          "Builds the gizmo, the draw node, the camera at (0, 10, 10) and the FPS and batch\n"
+          "overlays; InitGL binds them to the scene.");
+
+  // Lifecycle and frame.
+  cls.def("InitGL", &Scene::InitGL, py::arg("screenWidth"), py::arg("screenHeight"), py::arg("viewNear") = 0.1,
+          py::arg("viewFar") = 1000.0,
+          "Sets the OpenGL state the engine relies on, the camera range and the screen size,\n"
+          "and binds the built-in nodes (OnLoad). ZeroDivisionError for a height of 0.")
+      .def("DrawScene", &Scene::DrawScene,
+           "One frame: clock, statistics, update of every object, target passes, clear, main\n"
+           "pass, end of the pick request, glFlush.")
+      .def("GenNewGameNodeID", &Scene::GenNewGameNodeID, "Adds 1 to GAMENODE_ID and returns it.")
+      .def("SetActiveCamera", [](Scene& s, py::handle c) { s.SetActiveCamera(node_arg(c, "Vorn_3Dcene.SetActiveCamera")); },
+           py::arg("activeCamera"), "Makes any camera the active one; no registry is touched.")
+      .def("GetActiveCamera", [](const Scene& s) { return node_to_py(s.GetActiveCamera()); }, "The active camera.")
+      .def("GetScreenSize", &Scene::GetScreenSize, "(ScreenWidth, ScreenHeight) as InitGL set them.")
+      .def("SetMouseXY", &Scene::SetMouseXY, py::arg("px"), py::arg("py"), py::arg("checkPickOnce") = true,
+           "Stores the mouse position and asks for a pick in the next frame.")
+      .def("isCheckPickOnce", &Scene::isCheckPickOnce, "Whether a pick is requested.")
+      .def("Rotate_H", &Scene::Rotate_H, py::arg("RH"), "Adds to Scene_RotateH (degrees about Y).")
+      .def("Rotate_V", &Scene::Rotate_V, py::arg("RV"), "Adds to Scene_RotateV (degrees about X).")
+      .def("GetWorldRotateMatrix", &Scene::GetWorldRotateMatrix, "FbxAMatrix of the world rotation.")
+      .def("AddBatchCount", &Scene::AddBatchCount, "One more draw batch in this frame.")
+      .def("SetBGColor", &Scene::SetBGColor, py::arg("r"), py::arg("g"), py::arg("b"), "Clear colour of the next frame.")
+      .def("GetCurrTime", &Scene::GetCurrTime, "Seconds since construction, as of the last frame.")
+      .def("SetAmbientColor", &Scene::SetAmbientColor, py::arg("r"), py::arg("g"), py::arg("b"))
+      .def("GetAmbientColor", [](const Scene& s) { return std::vector<double>(s.AmbientColor.begin(), s.AmbientColor.end()); })
+      .def("SetDepthBlurLerpValue", &Scene::SetDepthBlurLerpValue, py::arg("depthBlurLerpValue"))
+      .def("GetDepthBlurLerpValue", &Scene::GetDepthBlurLerpValue)
+      .def("SetSunLight", &Scene::SetSunLight, py::arg("x"), py::arg("y"), py::arg("z"), py::arg("r"), py::arg("g"),
+           py::arg("b"), "Sun direction and colour.")
+      .def("GetSunLightDir", [](const Scene& s) { return std::vector<double>(s.SunLightDir.begin(), s.SunLightDir.end()); })
+      .def("GetSunLightColor",
+           [](const Scene& s) { return std::vector<double>(s.SunLightColor.begin(), s.SunLightColor.end()); })
+      .def("SetSceneFog", &Scene::SetSceneFog, py::arg("start") = 30.0, py::arg("end") = 100.0, py::arg("r") = 0.5,
+           py::arg("g") = 0.5, py::arg("b") = 0.7, "SceneFog = [start, end, r, g, b].")
+      .def("SetSceneFogStart", &Scene::SetSceneFogStart, py::arg("start") = 10.0)
+      .def("SetSceneFogEnd", &Scene::SetSceneFogEnd, py::arg("end") = 100.0)
+      .def("SetSceneFogColor", &Scene::SetSceneFogColor, py::arg("r") = 0.5, py::arg("g") = 0.5, py::arg("b") = 0.7)
+      .def("GetSceneFog", [](const Scene& s) { auto f = s.GetSceneFog(); return std::vector<double>(f.begin(), f.end()); },
+           "SceneFog while fog is enabled, else five zeros.")
+      .def("EnableFog", &Scene::EnableFog)
+      .def("DisableFog", &Scene::DisableFog)
+      .def("IsDeferLightMode", &Scene::IsDeferLightMode)
+      .def("GetSSAOKernelCount", &Scene::GetSSAOKernelCount, "The constant 64.")
+      .def("GetSSAOKernelRadius", &Scene::GetSSAOKernelRadius)
+      .def("GetSSAOKernelList", &Scene::GetSSAOKernelList)
+      .def("GetCurrSkyObject", [](const Scene& s) { return node_to_py(s.GetCurrSkyObject()); })
+      .def("GetCurrDrawNode", [](const Scene& s) { return node_to_py(s.GetCurrDrawNode()); })
+      .def("SetBackgroundMP3", &Scene::SetBackgroundMP3, py::arg("mp3File"), "Stores the file name; nothing plays here.")
+      .def("GetBackgroundMP3", &Scene::GetBackgroundMP3);
+
+  // Factories and lookups.
+  cls.def(
+         "Create3DGameNode",
+         [](Scene& s, double x, double y, double z, py::handle parent) {
+           return node_to_py(s.Create3DGameNode(x, y, z, parent.is_none() ? nullptr : node_arg(parent, "Create3DGameNode")));
+         },
+         py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+         "A Vorn_3DGameNode loaded into the scene; a root node joins ObjectArray_3D.")
+      .def("Create2DText", &Scene::Create2DText, py::arg("x"), py::arg("y"), py::arg("text"), py::arg("r") = 1.0,
+           py::arg("g") = 1.0, py::arg("b") = 1.0, py::arg("font") = Vorn_Text::FT_8_BY_13,
+           "A Vorn_Text in TextArray.")
+      .def("CreateCamera", [](Scene& s, double x, double y, double z) { return node_to_py(s.CreateCamera(x, y, z)); },
+           py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0, "A camera looking at the origin, in CameraList.")
+      .def("CreateDrawNode", [](Scene& s) { return node_to_py(s.CreateDrawNode()); },
+           "A Vorn_3DDrawNode in DrawNodeArray_3D.")
+      .def("GetPointLightList", [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->LightList}; })
+      .def("Get2DObjectArray", [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->ObjectArray_2D}; })
+      .def("Get3DObjectArray", [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->ObjectArray_3D}; })
+      .def("Get3DTerrainArray",
+           [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->ObjectArray_3DTerrain}; })
+      .def("QueyPointLightByTag", [](const Scene& s, const std::string& t) { return node_to_py(s.QueyPointLightByTag(t)); },
+           py::arg("tagName"), "First registered light with the tag, or None.")
+      .def("Quey2DObjectByTag", [](const Scene& s, const std::string& t) { return node_to_py(s.Quey2DObjectByTag(t)); },
+           py::arg("tagName"), "First registered 2D object with the tag, or None.")
+      .def("Quey3DObjectByTag", [](const Scene& s, const std::string& t) { return node_to_py(s.Quey3DObjectByTag(t)); },
+           py::arg("tagName"), "First registered 3D object with the tag, or None.")
+      .def("Quey3DTerrainByTag", [](const Scene& s, const std::string& t) { return node_to_py(s.Quey3DTerrainByTag(t)); },
+           py::arg("tagName"), "First registered terrain with the tag, or None.");
+
+  // Picking and the gizmo.
+  cls.def("GetScree3DPointAndDir", &Scene::GetScree3DPointAndDir,
+          "The ray of the stored mouse position, in rotated world space.")
+      .def("BeginDragAxis", &Scene::BeginDragAxis, py::arg("offsetX"), py::arg("offsetY"),
+           "Hands the offsets to the gizmo; True when it takes the drag.")
+      .def("EndDragAxis", &Scene::EndDragAxis, "Ends a gizmo drag.")
+      .def("Get3DTerrainY", &Scene::Get3DTerrainY, py::arg("x"), py::arg("z"), "Ground height at (x, z).");
+
+  // Registries, live.
+  registry<&Scene::DrawNodeArray_3D>(cls, "DrawNodeArray_3D", "Immediate draw nodes.");
+  registry<&Scene::ObjectArray_3D>(cls, "ObjectArray_3D", "Root 3D nodes.");
+  registry<&Scene::ObjectArray_3DTerrain>(cls, "ObjectArray_3DTerrain", "Terrains, tiled maps and oceans.");
+  registry<&Scene::ObjectArray_3DOcean>(cls, "ObjectArray_3DOcean", "The ocean registry.");
+  registry<&Scene::ObjectArray_2D>(cls, "ObjectArray_2D", "2D rectangles and images.");
+  registry<&Scene::LightList>(cls, "LightList", "Point lights.");
+  registry<&Scene::CameraList>(cls, "CameraList", "Additional cameras.");
+  cls.def_property(
+      "TextArray", [](Scene& s) -> TextList& { return s.TextArray; },
+      [](Scene& s, const TextList& texts) { s.TextArray = texts; }, py::return_value_policy::reference_internal,
+      "Vorn_Text overlays, live.");
+
+  node_field<&Scene::ActiveCamera>(cls, "ActiveCamera", "Camera of the main view.");
+  node_field<&Scene::sceneSkyBox>(cls, "sceneSkyBox", "Sky box node or None.");
+  node_field<&Scene::sceneSkyShpere>(cls, "sceneSkyShpere", "Sky sphere node or None.");
+  node_field<&Scene::currSkyObject>(cls, "currSkyObject", "The visible sky node or None.");
+  node_field<&Scene::VRLeftCamera>(cls, "VRLeftCamera", "VR mode.");
+  node_field<&Scene::VRLeftEyeImage>(cls, "VRLeftEyeImage", "VR mode.");
+  node_field<&Scene::VRRightCamera>(cls, "VRRightCamera", "VR mode.");
+  node_field<&Scene::VRRightEyeImage>(cls, "VRRightEyeImage", "VR mode.");
+  node_field<&Scene::VRLogoImage>(cls, "VRLogoImage", "VR mode.");
+  cls.def_property_readonly("CurrObjectAxis", [](const Scene& s) { return node_to_py(s.CurrObjectAxis); },
+                            "The gizmo.")
+      .def_property_readonly("CurrDrawNode", [](const Scene& s) { return node_to_py(s.CurrDrawNode); },
+                             "The built-in draw node.")
+      .def_property_readonly("DeferLightCamera", [](const Scene& s) { return camera_map(s.DeferLightCamera); },
+                             "FX id to camera (a copy).")
+      .def_property_readonly("SSAOCamera", [](const Scene& s) { return camera_map(s.SSAOCamera); },
+                             "FX id to camera (a copy).")
+      .def_readwrite("GAMENODE_ID", &Scene::GAMENODE_ID)
+      .def_readwrite("ScreenWidth", &Scene::ScreenWidth)
+      .def_readwrite("ScreenHeight", &Scene::ScreenHeight)
+      .def_readwrite("Scene_RotateH", &Scene::Scene_RotateH)
+      .def_readwrite("Scene_RotateV", &Scene::Scene_RotateV)
+      .def_readwrite("DeferLightMode", &Scene::DeferLightMode)
+      .def_readwrite("SSAOKernelList", &Scene::SSAOKernelList)
+      .def_readwrite("SSAOKernelRadius", &Scene::SSAOKernelRadius)
+      .def_readwrite("UpdateLastTime", &Scene::UpdateLastTime)
+      .def_readwrite("CurrTime", &Scene::CurrTime)
+      .def_readwrite("uCurrTime", &Scene::uCurrTime)
+      .def_readwrite("FPSCount", &Scene::FPSCount)
+      .def_readwrite("FPSTimer", &Scene::FPSTimer)
+      .def_readwrite("BatchCount", &Scene::BatchCount)
+      .def_readwrite("BeginTime", &Scene::BeginTime)
+      .def_readwrite("BGColor", &Scene::BGColor)
+      .def_readwrite("AmbientColor", &Scene::AmbientColor)
+      .def_readwrite("DepthBlurLerpValue", &Scene::DepthBlurLerpValue)
+      .def_readwrite("SunLightDir", &Scene::SunLightDir)
+      .def_readwrite("SunLightColor", &Scene::SunLightColor)
+      .def_readwrite("SceneFog", &Scene::SceneFog)
+      .def_readwrite("EnableSceneFog", &Scene::EnableSceneFog)
+      .def_readwrite("PointLightArray_ZYZRange", &Scene::PointLightArray_ZYZRange)
+      .def_readwrite("PointLightArray_Color", &Scene::PointLightArray_Color)
+      .def_readwrite("FPSText", &Scene::FPSText)
+      .def_readwrite("BatchText", &Scene::BatchText)
+      .def_readwrite("MouseX", &Scene::MouseX)
+      .def_readwrite("MouseY", &Scene::MouseY)
+      .def_readwrite("checkPickOnce", &Scene::checkPickOnce)
+      .def_readwrite("BackgroundMP3File", &Scene::BackgroundMP3File);
+}
+
+void bind_driver(py::module_& m) {
+  m.def("DrawFunc", &DrawFunc, "Display and idle callback: openGLScene.DrawScene().");
+  m.def("MouseFunc", &MouseFunc, py::arg("btn"), py::arg("state"), py::arg("x"), py::arg("y"),
+        "Mouse callback: picks on a left press, ends a gizmo drag on release, wheel zooms.");
+  m.def("MotionFunc", &MotionFunc, py::arg("x"), py::arg("y"),
+        "Motion callback: left drag moves the gizmo or rotates the world, right drag pans.");
+  m.def(
+      "KeyboardFunc", [](py::handle key, int x, int y) { KeyboardFunc(py::str(key), x, y); }, py::arg("key"),
+      py::arg("x"), py::arg("y"), "Keyboard and special-key callback: prints the key.");
+  m.def("ChangeSizeFunc", &ChangeSizeFunc, py::arg("w"), py::arg("h"),
+        "Reshape callback: stores the size in SCREEN_WIDTH and SCREEN_HEIGHT.");
+  m.def(
+      "_reset_driver_input", [] { driverInput = DriverInput{}; },
+      "Resets last_x, last_y to None and rotateKey, dragKey to 1.");
+  m.def(
+      "RunDemo", [](const std::vector<std::string>& args) { return RunDemo(args); }, py::arg("args"),
+      "Runs the demonstration (--frames N, --screenshot out.png).");
+
+  register_global("openGLScene",
+                  GlobalSlot{[]() -> py::object { return openGLScene ? py::cast(openGLScene) : py::none(); },
+                             [](py::handle value) {
+                               openGLScene = value.is_none() ? nullptr : value.cast<std::shared_ptr<Vorn_3Dcene>>();
+                             },
+                             "The scene the driver callbacks (and VR mode) reach."});
+  register_global("pickDrawNode",
+                  GlobalSlot{[]() -> py::object { return node_to_py(pickDrawNode); },
+                             [](py::handle value) {
+                               pickDrawNode =
+                                   value.is_none() ? nullptr : value.cast<std::shared_ptr<Vorn_3DDrawNode>>();
+                             },
+                             "The demonstration's debug draw node."});
+}
+
+}  // namespace
+
+void bind_scene(py::module_& m) {
+  bind_scene_class(m);
+  bind_driver(m);
+}
+
+}  // namespace vorn::py_bind

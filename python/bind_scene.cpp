@@ -6,6 +6,7 @@
 #include "app/demo.h"
 #include "app/driver.h"
 #include "app/globals.h"
+#include "app/screenshot_gl.h"
 #include "bind_common.h"
 #include "camera/camera.h"
 #include "node_trampoline.h"
@@ -225,6 +226,21 @@ void bind_driver(py::module_& m) {
   m.def(
       "_reset_driver_input", [] { driverInput = DriverInput{}; },
       "Resets last_x, last_y to None and rotateKey, dragKey to 1.");
+  m.def(
+      "SaveScreenshot",
+      [](const std::string& path, std::optional<int> width, std::optional<int> height) {
+        return SaveWindowPNG(path, width.value_or(SCREEN_WIDTH), height.value_or(SCREEN_HEIGHT));
+      },
+      py::arg("path"), py::arg("width") = py::none(), py::arg("height") = py::none(),
+      "Saves the window (SCREEN_WIDTH x SCREEN_HEIGHT by default) as a PNG file; False on failure.");
+  m.def(
+      "ReadScreenPixels",
+      [](int x, int y, int width, int height) {
+        if (width <= 0 || height <= 0) throw py::value_error("ReadScreenPixels: width and height must be positive");
+        return py::bytes(ReadWindowPixels(x, y, width, height));
+      },
+      py::arg("x"), py::arg("y"), py::arg("width"), py::arg("height"),
+      "RGB bytes of a window rectangle; x, y from the top left, rows from the top.");
   m.def(
       "RunDemo", [](const std::vector<std::string>& args) { return RunDemo(args); }, py::arg("args"),
       "Runs the demonstration (--frames N, --screenshot out.png).");

@@ -11,19 +11,25 @@
 
 namespace vorn {
 
-bool SaveWindowPNG(const std::string& path, int width, int height) {
-  if (width <= 0 || height <= 0) return false;
+std::string ReadWindowPixels(int x, int y, int width, int height) {
   glFinish();
-  std::vector<unsigned char> rgb(static_cast<std::size_t>(width) * height * 3);
+  std::string rgb(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3, '\0');
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
   glReadBuffer(GL_FRONT);
-  glReadPixels(0, 0, width, height, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
-  // GL rows run bottom-up, PNG rows top-down.
-  std::vector<unsigned char> flipped(rgb.size());
+  const int windowHeight = glutGet(GLUT_WINDOW_HEIGHT);
+  glReadPixels(x, windowHeight - y - height, width, height, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
+  // GL rows run bottom-up; callers get them top-down.
+  std::string flipped(rgb.size(), '\0');
   const std::size_t row = static_cast<std::size_t>(width) * 3;
-  for (int y = 0; y < height; ++y) {
-    std::copy_n(&rgb[static_cast<std::size_t>(height - 1 - y) * row], row, &flipped[static_cast<std::size_t>(y) * row]);
+  for (int r = 0; r < height; ++r) {
+    rgb.copy(&flipped[static_cast<std::size_t>(r) * row], row, static_cast<std::size_t>(height - 1 - r) * row);
   }
+  return flipped;
+}
+
+bool SaveWindowPNG(const std::string& path, int width, int height) {
+  if (width <= 0 || height <= 0) return false;
+  const std::string flipped = ReadWindowPixels(0, 0, width, height);
 
   std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "wb"), &std::fclose);
   if (!file) {

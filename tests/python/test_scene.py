@@ -1,0 +1,195 @@
+"""The scene and its frame, driven as a script drives them, with pixels read back."""
+import time
+
+import pytest
+
+import Vorn3DGameEngine as V
+
+W, H = 320, 240
+
+
+@pytest.fixture
+def scene(gl_context, tmp_path):
+    saved = (V.SCREEN_WIDTH, V.SCREEN_HEIGHT)
+    V.SCREEN_WIDTH, V.SCREEN_HEIGHT = W, H
+    V.PyGameResManager(str(tmp_path))
+    s = V.Vorn_3Dcene()
+    s.InitGL(W, H)
+    yield s
+    V.SCREEN_WIDTH, V.SCREEN_HEIGHT = saved
+
+
+def pixel(x, y):
+    return tuple(V.ReadScreenPixels(x, y, 1, 1))
+
+
+def count_colour(data, colour, tol=2):
+    hits = 0
+    for i in range(0, len(data), 3):
+        if all(abs(data[i + k] - colour[k]) <= tol for k in range(3)):
+            hits += 1
+    return hits
+
+
+def test_construction_and_accessors(scene):
+    assert scene.GenNewGameNodeID() > 0
+    assert scene.GetScreenSize() == (W, H)
+    assert [t.text for t in scene.TextArray] == ["FPS:60", "Batch:0"]
+    assert scene.ActiveCamera.GetNodeType() == "3DCameara"
+    scene.SetSceneFog(1.0, 2.0, 0.1, 0.2, 0.3)
+    scene.DisableFog()
+    assert scene.GetSceneFog() == [0.0] * 5
+    scene.EnableFog()
+    assert scene.GetSceneFog() == [1.0, 2.0, 0.1, 0.2, 0.3]
+    scene.SetSceneFogColor(0.5, 0.6, 0.7)
+    assert scene.SceneFog == [1.0, 2.0, 0.5, 0.6, 0.7]
+    scene.Rotate_H(10)
+    scene.Rotate_H(5)
+    assert scene.Scene_RotateH == 15
+    assert list(scene.GetWorldRotateMatrix().GetRow(3)) == [0.0, 0.0, 0.0, 1.0]
+    assert scene.GetSSAOKernelCount() == 64
+    with pytest.raises(ZeroDivisionError):
+        scene.InitGL(W, 0)
+
+
+def test_clear_colour_and_overlays(scene):
+    scene.SetBGColor(0.2, 0.4, 0.6)
+    scene.DrawScene()
+    bg = (51, 102, 153)
+    assert all(abs(a - b) <= 1 for a, b in zip(pixel(W // 2, H // 2), bg))
+    assert all(abs(a - b) <= 1 for a, b in zip(pixel(W - 1, H - 1), bg))
+    # The two overlays sit at the top left: white glyphs with their black shadow.
+    top_left = V.ReadScreenPixels(0, 0, 100, 40)
+    assert count_colour(top_left, (255, 255, 255)) > 20
+    assert count_colour(top_left, (0, 0, 0)) > 20
+    rest = V.ReadScreenPixels(0, 60, W, H - 60)
+    assert count_colour(rest, (255, 255, 255)) == 0
+
+
+class Recorder(V.Vorn_3DGameNode):
+    def __init__(self):
+        super().__init__(0, 0, 0)
+        self.delays = []
+
+    def update(self, delay):
+        self.delays.append(delay)
+        super().update(delay)
+
+
+def test_frame_clock_and_statistics(scene):
+    node = Recorder()
+    node.OnLoad(scene)
+    scene.ObjectArray_3D.append(node)
+    del node
+    scene.DrawScene()
+    recorder = scene.ObjectArray_3D[0]
+    assert recorder.delays == [0.0]
+    texts = set()
+    start = time.monotonic()
+    while time.monotonic() - start < 1.3:
+        scene.DrawScene()
+        texts.add(scene.FPSText.text)
+    assert all(t.startswith("FPS:") for t in texts)
+    # Reported twice a second: at least two new values after 1.3 s.
+    assert len(texts - {"FPS:60"}) >= 1 and scene.FPSCount < 10000
+    assert sum(recorder.delays) == pytest.approx(time.monotonic() - start, abs=0.2)
+    assert scene.BatchText.text.startswith("Batch:")
+
+
+def test_pick_request_is_consumed_by_the_next_frame(scene):
+    scene.SetMouseXY(10, 12)
+    assert scene.isCheckPickOnce() and (scene.MouseX, scene.MouseY) == (10, 12)
+    scene.DrawScene()
+    assert not scene.isCheckPickOnce()
+
+    class LatePicker(V.Vorn_3DGameNode):
+        def update(self, delay):
+            scene.SetMouseXY(1, 1)
+
+    late = LatePicker()
+    late.OnLoad(scene)
+    scene.ObjectArray_3D.append(late)
+    scene.SetMouseXY(5, 5, False)
+    scene.DrawScene()
+    # Asked for during the frame: kept for the next one.
+    assert scene.isCheckPickOnce()
+
+
+def test_child_camera_is_updated_through_its_parent_only(scene):
+    calls = []
+
+    class CountingCamera(V.Vorn_3DCamera):
+        def update(self, delay):
+            calls.append(delay)
+            super().update(delay)
+
+    parent = scene.Create3DGameNode(0, 0, 0)
+    camera = CountingCamera(0, 0, 5, parent)
+    camera.OnLoad(scene)
+    scene.CameraList.append(camera)
+    scene.DrawScene()
+    assert len(calls) == 1
+
+
+def quad_node(scene, size=1.0, z=0.0):
+    node = scene.Create3DGameNode(0, 0, z)
+    s = node.CreateSubMesh("quad")
+    h = size
+    node.PushQuadVertex_Postion(s, -h, -h, 0, h, -h, 0, h, h, 0, -h, h, 0)
+    node.PushQuadVertex_Normal(s, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1)
+    node.PushTriangleVIndex(s, 0, 1, 2)
+    node.PushTriangleVIndex(s, 0, 2, 3)
+    node.SetSubMeshShapeType(s, V.GL_TRIANGLES)
+    node.BuildVBO()
+    node.ApplyFX(V.Vorn_3DFX.FX_DIFFUSE)
+    return node
+
+
+def test_a_lit_quad_shows_where_the_camera_sees_it_and_a_hidden_one_does_not(scene):
+    scene.SetBGColor(0.0, 0.0, 0.0)
+    camera = scene.GetActiveCamera()
+    camera.SetXYZ(0, 0, 5)
+    camera.LookAt(0, 0, 0)
+    scene.SetSunLight(0, 0, -1, 1, 1, 1)
+    node = quad_node(scene)
+    node.SetMeshColor(1.0, 1.0, 1.0, 1.0)
+    scene.DrawScene()
+    scene.DrawScene()
+    centre = pixel(W // 2, H // 2)
+    assert min(centre) > 50, centre
+    # A 2 by 2 quad 5 units away under a 45 degree field of view spans about 116 pixels.
+    assert pixel(W // 2 - 50, H // 2) == centre and pixel(W // 2 + 50, H // 2 - 50) == centre
+    assert pixel(W // 2 - 65, H // 2) == (0, 0, 0)
+    assert pixel(W // 2, H // 2 + 65) == (0, 0, 0)
+    batches_shown = scene.BatchCount
+
+    node.SetVisible(False)
+    scene.DrawScene()
+    assert pixel(W // 2, H // 2) == (0, 0, 0)
+    assert scene.BatchCount == batches_shown - 1
+
+
+def test_driver_callbacks(scene, capsys):
+    V.openGLScene = scene
+    V._reset_driver_input()
+    try:
+        V.MouseFunc(0, V.GLUT_DOWN, 40, 50)
+        assert scene.isCheckPickOnce() and (scene.MouseX, scene.MouseY) == (40, 50)
+        V.MotionFunc(50, 55)
+        assert (scene.Scene_RotateH, scene.Scene_RotateV) == pytest.approx((1.0, 0.5))
+        V.MouseFunc(0, V.GLUT_UP, 50, 55)
+        V.KeyboardFunc(b"a", 3, 4)
+        out = capsys.readouterr().out.splitlines()
+        assert out[:3] == ["MouseFunc:", "MOUSE: 40 , 50", "Btn: 0 , 0"]
+        assert out[3:5] == ["MotionFunc:", "MOUSE: 50 , 55"]
+        assert out[-3:] == ["KeyboardFunc:", "MOUSE: 3 , 4", "KEY:b'a'"]
+        # A press at row 0 loses the next step.
+        V.MouseFunc(0, V.GLUT_DOWN, 10, 0)
+        V.MotionFunc(20, 10)
+        assert scene.Scene_RotateH == pytest.approx(1.0)
+        V.ChangeSizeFunc(640, 480)
+        assert (V.SCREEN_WIDTH, V.SCREEN_HEIGHT) == (640, 480)
+        assert scene.GetScreenSize() == (W, H)
+    finally:
+        V.SCREEN_WIDTH, V.SCREEN_HEIGHT = W, H
+        V.openGLScene = None

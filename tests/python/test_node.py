@@ -93,11 +93,13 @@ def test_subclass_owned_only_by_its_parent_keeps_its_script_state():
     parent = V.Vorn_3DGameNode(10, 0, 0)
     Walker(1, 0, 0, parent).name = "w"  # no script reference survives this line
     parent.children.append(Walker())
+    V.Vorn_3DGameNode(0, 0, 0, parent).note = "plain"
     gc.collect()
     parent.update(0.1)
     parent.update(0.1)
     first = parent.children[0]
     assert isinstance(first, Walker) and first.name == "w" and first.steps == 2
+    assert parent.children[2].note == "plain"
     assert first.GetWorldXYZ().x == pytest.approx(11.0)  # the base update ran too
     # The update callback receives the script object itself.
     seen = []

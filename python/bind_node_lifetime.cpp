@@ -1,4 +1,5 @@
-// Lets Python's cycle collector see the script values a node holds (userData, the
+// Keeps a node's Python object alive while the engine owns the node, and lets
+// Python's cycle collector see the script values a node holds (userData, the
 // binding tables, callbacks), so that a node whose callback refers back to the node
 // is freed like any Python object once nothing else reaches it.
 //
@@ -77,9 +78,24 @@ int node_clear(PyObject* self) {
   return 0;
 }
 
+// The registered Python object wrapping a node, if any.
+ScriptValue node_script_self(Node& node) {
+  if (!Py_IsInitialized()) return {};
+  py::gil_scoped_acquire gil;
+  auto& instances = py::detail::get_internals().registered_instances;
+  const auto range = instances.equal_range(static_cast<const void*>(&node));
+  const py::handle nodeType = py::type::of<Node>();
+  for (auto it = range.first; it != range.second; ++it) {
+    py::handle object(reinterpret_cast<PyObject*>(it->second));
+    if (PyObject_IsInstance(object.ptr(), nodeType.ptr()) == 1) return to_script(object);
+  }
+  return {};
+}
+
 }  // namespace
 
 void enable_node_gc(py::handle type) {
+  scriptSelfHook = &node_script_self;
   auto* t = reinterpret_cast<PyTypeObject*>(type.ptr());
   if (!(t->tp_flags & Py_TPFLAGS_HAVE_GC)) {
     throw std::logic_error("enable_node_gc: bind the node class with py::dynamic_attr()");

@@ -6,8 +6,10 @@
 //   node_transform.cpp  accessors, matrices, following, standing on the ground
 //   node_submesh.cpp    submesh maps and the vertex interface
 //   node_buffers.cpp    interleaving, tangents, bounding box, bone ranking
+//   node_buffers_gl.cpp the GL side of BufferObject (upload on first bind)
 //   node_bindings.cpp   binding tables and script events
 //   node_actions.cpp    the timed-action target side
+//   node_list.cpp       NodeList, the owning sequence behind `children`
 //
 // Ownership: nodes live in std::shared_ptr. `children` owns; `parent`, `followTarget`
 // and `sceneInstance` are non-owning. Make nodes with MakeNode<T>(...), which also

@@ -2,6 +2,7 @@
 #include <memory>
 
 #include "bind_common.h"
+#include "bind_node.h"
 #include "node_trampoline.h"
 #include "node_views.h"
 #include "overlay/axis.h"
@@ -14,7 +15,9 @@ void bind_axis(py::module_& m) {
   py::class_<Vorn_3DAxis, Vorn_3DGameNode, PyNode<Vorn_3DAxis>, std::shared_ptr<Vorn_3DAxis>> cls(
       m, "Vorn_3DAxis",
       "The scene's gizmo: bound to one node, it shows three axes on it and drags the node\n"
-      "along a picked axis. An unbound gizmo draws and picks nothing.");
+      "along a picked axis. An unbound gizmo draws and picks nothing.",
+      py::dynamic_attr());
+  enable_node_gc(cls);
   cls.def(py::init([](double x, double y, double z, py::handle parent) {
             return std::make_shared<PyNode<Vorn_3DAxis>>(
                 x, y, z, parent.is_none() ? nullptr : node_arg(parent, "Vorn_3DAxis"));

@@ -20,6 +20,7 @@ PYBIND11_MODULE(_engine, m) {
   // Shader text and programs depend only on the core.
   bind_fx_2d(m);
   bind_shader(m);
+  bind_resource_images(m);  // images and readers need only the core
   // Actions before nodes: a node's RunAction takes action objects.
   bind_actions(m);
   bind_node(m);

@@ -1,6 +1,9 @@
 #include "resource/dds_formats.h"
 
 #include <algorithm>
+#include <limits>
+
+#include "core/errors.h"
 
 namespace vorn {
 
@@ -8,9 +11,13 @@ namespace {
 
 using F = Vorn_DXGI_FORMAT;
 
+// Surface sizes are worked out in 128 bits: any two 64-bit inputs fit, and a result
+// that doesn't fit 64 bits is refused instead of wrapping.
+using Wide = __int128;
+
 // Python's floor division, so negative sizes give the same numbers as in a script.
-std::int64_t floor_div(std::int64_t a, std::int64_t b) {
-  std::int64_t q = a / b;
+Wide floor_div(Wide a, Wide b) {
+  Wide q = a / b;
   if ((a % b != 0) && ((a < 0) != (b < 0))) --q;
   return q;
 }
@@ -145,10 +152,13 @@ int Vorn_DXGI_FORMAT::BitsPerPixel(std::int64_t fmt) {
   }
 }
 
-Vorn_DXGI_FORMAT::SurfaceInfo Vorn_DXGI_FORMAT::GetSurfaceInfo(std::int64_t width, std::int64_t height,
+Vorn_DXGI_FORMAT::SurfaceInfo Vorn_DXGI_FORMAT::GetSurfaceInfo(std::int64_t width64, std::int64_t height64,
                                                                std::int64_t fmt) {
-  SurfaceInfo info;
-  std::int64_t bpe = 0;
+  struct {
+    Wide rowBytes = 0, numRows = 0;
+  } info;
+  Wide bpe = 0;
+  const Wide width = width64, height = height64;
   enum class Kind { Block, Packed, NV11, Planar, Plain } kind = Kind::Plain;
   switch (fmt) {
     case F::DXGI_FORMAT_BC1_TYPELESS:
@@ -208,8 +218,8 @@ Vorn_DXGI_FORMAT::SurfaceInfo Vorn_DXGI_FORMAT::GetSurfaceInfo(std::int64_t widt
 
   switch (kind) {
     case Kind::Block: {
-      const std::int64_t wide = width > 0 ? std::max<std::int64_t>(1, floor_div(width + 3, 4)) : 0;
-      const std::int64_t high = height > 0 ? std::max<std::int64_t>(1, floor_div(height + 3, 4)) : 0;
+      const Wide wide = width > 0 ? std::max<Wide>(1, floor_div(width + 3, 4)) : 0;
+      const Wide high = height > 0 ? std::max<Wide>(1, floor_div(height + 3, 4)) : 0;
       info.rowBytes = wide * bpe;
       info.numRows = high;
       break;
@@ -231,8 +241,15 @@ Vorn_DXGI_FORMAT::SurfaceInfo Vorn_DXGI_FORMAT::GetSurfaceInfo(std::int64_t widt
       info.numRows = height;
       break;
   }
-  info.numBytes = info.rowBytes * info.numRows;
-  return info;
+  const Wide numBytes = info.rowBytes * info.numRows;
+  const auto fits = [](Wide v) {
+    return v >= std::numeric_limits<std::int64_t>::min() && v <= std::numeric_limits<std::int64_t>::max();
+  };
+  if (!fits(numBytes) || !fits(info.rowBytes) || !fits(info.numRows)) {
+    throw ValueError("Vorn_DXGI_FORMAT.GetSurfaceInfo: the surface size does not fit in 64 bits");
+  }
+  return {static_cast<std::int64_t>(numBytes), static_cast<std::int64_t>(info.rowBytes),
+          static_cast<std::int64_t>(info.numRows)};
 }
 
 const std::vector<std::pair<const char*, std::int64_t>>& Vorn_DXGI_FORMAT::Constants() {

@@ -162,7 +162,8 @@ struct Vorn_DXGI_FORMAT {
     std::int64_t rowBytes = 0;
     std::int64_t numRows = 0;
   };
-  // Byte size, row size and row count of one surface of the format.
+  // Byte size, row size and row count of one surface of the format; ValueError when
+  // the byte size doesn't fit in 64 bits.
   static SurfaceInfo GetSurfaceInfo(std::int64_t width, std::int64_t height, std::int64_t fmt);
 
   // Every constant of the class by name, in declaration order.

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "core/errors.h"
 #include "resource/dds_formats.h"
 #include "image_test_files.h"
 
@@ -231,6 +232,11 @@ TEST(DXGIFormat, SurfaceInfoAndBitsPerPixel) {
     EXPECT_EQ(info.rowBytes, c.rowBytes) << c.fmt;
     EXPECT_EQ(info.numRows, c.numRows) << c.fmt;
   }
+  // Sizes past 64 bits are refused rather than wrapped.
+  constexpr std::int64_t kHuge = std::int64_t{1} << 40;
+  EXPECT_EQ(F::GetSurfaceInfo(kHuge, 1, F::DXGI_FORMAT_R32G32B32A32_FLOAT).numBytes, kHuge * 16);
+  EXPECT_THROW(F::GetSurfaceInfo(kHuge, kHuge, F::DXGI_FORMAT_R32G32B32A32_FLOAT), ValueError);
+  EXPECT_THROW(F::GetSurfaceInfo(INT64_MAX, 1, F::DXGI_FORMAT_BC1_UNORM), ValueError);
   EXPECT_EQ(F::BitsPerPixel(F::DXGI_FORMAT_R32G32B32A32_FLOAT), 128);
   EXPECT_EQ(F::BitsPerPixel(F::DXGI_FORMAT_B8G8R8X8_UNORM_SRGB), 32);
   EXPECT_EQ(F::BitsPerPixel(F::DXGI_FORMAT_NV12), 12);

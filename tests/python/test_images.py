@@ -63,10 +63,7 @@ def test_readers_return_the_load_record(tmp_path):
     "name, content, expected",
     [
         ("rle.tga", tga(1, 1, 24, 0, [0x80, 1, 2, 3], kind=10), (None, 0, 0, False)),
-        ("wide.tga", tga(-1, 1, 24, 0, [1, 2, 3]), (None, 0, 0, False)),
-        ("short.tga", b"\0" * 10, (None, 0, 0, False)),
         ("mips.dds", dds(4, 4, b"DXT1", bytes(8 * 16), mips=16), (None, 0, 0)),
-        ("dx10.dds", dds(4, 4, b"DX10", bytes(28)), (None, 0, 0, False)),
         ("six.dds", dds(6, 6, b"DXT1", bytes(32)), (None, 0, 0, False)),
         ("half.png", b"\x89PNG\r\n\x1a\n\0\0\0\x0dIHDR", (None, 0, 0, False)),
         ("pic.bmp", b"BM", (None, 0, 0, False)),

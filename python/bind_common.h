@@ -38,6 +38,7 @@ void bind_console(py::module_& m);
 void bind_core(py::module_& m);
 void bind_glut(py::module_& m);
 void bind_shader(py::module_& m);
+void bind_resource_images(py::module_& m);
 void bind_fx_2d(py::module_& m);
 void bind_resource(py::module_& m);
 void bind_actions(py::module_& m);

@@ -20,7 +20,8 @@ PYBIND11_MODULE(_engine, m) {
   // Shader text and programs depend only on the core.
   bind_fx_2d(m);
   bind_shader(m);
-  // The resource manager builds the shader manager.
+  // Images and readers need only the core; the resource manager builds the shader manager.
+  bind_resource_images(m);
   bind_resource(m);
   // Actions before nodes: a node's RunAction takes action objects.
   bind_actions(m);

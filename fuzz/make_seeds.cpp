@@ -1,0 +1,96 @@
+// Writes a few small valid files of each kind as starting corpora for the fuzz targets:
+//   make_seeds <corpus root>   (folders tga/, dds/, image_codec/ below it)
+#include <turbojpeg.h>
+
+#include <cstdint>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "resource/image.h"
+#include "resource/png_codec.h"
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+namespace fs = std::filesystem;
+
+void write(const fs::path& path, const Bytes& b) {
+  std::ofstream out(path, std::ios::binary);
+  out.write(reinterpret_cast<const char*>(b.data()), static_cast<std::streamsize>(b.size()));
+}
+
+void u32(Bytes& b, std::uint32_t v) {
+  for (int i = 0; i < 4; ++i) b.push_back(static_cast<std::uint8_t>(v >> (8 * i)));
+}
+
+Bytes tga(std::uint8_t depth, std::uint8_t descriptor, int w, int h) {
+  Bytes b(18, 0);
+  b[2] = 2;
+  b[12] = static_cast<std::uint8_t>(w);
+  b[14] = static_cast<std::uint8_t>(h);
+  b[16] = depth;
+  b[17] = descriptor;
+  for (int i = 0; i < w * h * depth / 8; ++i) b.push_back(static_cast<std::uint8_t>(i * 37));
+  return b;
+}
+
+Bytes dds(const char* fourCC, int w, int h, int mips, std::uint32_t caps2, int blocks, int block_bytes) {
+  Bytes b = {'D', 'D', 'S', ' '};
+  for (std::uint32_t v : {124u, 0x1007u, std::uint32_t(h), std::uint32_t(w), 0u, 0u, std::uint32_t(mips)}) u32(b, v);
+  for (int i = 0; i < 11; ++i) u32(b, 0);
+  u32(b, 32);
+  u32(b, 4);
+  for (int i = 0; i < 4; ++i) b.push_back(static_cast<std::uint8_t>(fourCC[i]));
+  for (int i = 0; i < 5; ++i) u32(b, 0);
+  u32(b, 0x1000);
+  u32(b, caps2);
+  for (int i = 0; i < 3; ++i) u32(b, 0);
+  for (int i = 0; i < blocks * block_bytes; ++i) b.push_back(static_cast<std::uint8_t>(i * 91 + 7));
+  return b;
+}
+
+Bytes jpeg(const vorn::Image& im, int subsamp, int flags) {
+  tjhandle tj = tjInitCompress();
+  unsigned char* out = nullptr;
+  unsigned long size = 0;
+  const int pf = im.mode() == vorn::Image::Mode::L ? TJPF_GRAY : TJPF_RGB;
+  tjCompress2(tj, im.data().data(), im.width(), 0, im.height(), pf, &out, &size, subsamp, 80, flags);
+  Bytes b(out, out + size);
+  tjFree(out);
+  tjDestroy(tj);
+  return b;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  if (argc < 2) return 2;
+  const fs::path root = argv[1];
+  for (const char* sub : {"tga", "dds", "image_codec"}) fs::create_directories(root / sub);
+
+  write(root / "tga" / "rgb24", tga(24, 0, 4, 3));
+  write(root / "tga" / "rgba32", tga(32, 8, 3, 4));
+  write(root / "tga" / "grey8", tga(8, 0x20, 5, 2));
+
+  write(root / "dds" / "bc1", dds("DXT1", 8, 8, 1, 0, 4, 8));
+  write(root / "dds" / "bc2_mips", dds("DXT3", 4, 4, 3, 0, 3, 16));
+  write(root / "dds" / "bc3", dds("DXT5", 8, 4, 1, 0, 2, 16));
+  write(root / "dds" / "cube", dds("DXT1", 4, 4, 1, 0xFE00, 6, 8));
+  write(root / "dds" / "dx10", dds("DX10", 4, 4, 1, 0, 2, 16));
+
+  vorn::Image rgba(vorn::Image::Mode::RGBA, 7, 5);
+  vorn::Image rgb(vorn::Image::Mode::RGB, 9, 9);
+  vorn::Image grey(vorn::Image::Mode::L, 6, 3);
+  for (vorn::Image* im : {&rgba, &rgb, &grey}) {
+    for (std::size_t i = 0; i < im->data().size(); ++i) im->data()[i] = static_cast<std::uint8_t>(i * 13);
+  }
+  write(root / "image_codec" / "rgba.png", vorn::EncodePNG(rgba));
+  write(root / "image_codec" / "rgb.png", vorn::EncodePNG(rgb));
+  write(root / "image_codec" / "grey.png", vorn::EncodePNG(grey));
+  write(root / "image_codec" / "rgb420.jpg", jpeg(rgb, TJSAMP_420, 0));
+  write(root / "image_codec" / "rgb444_progressive.jpg", jpeg(rgb, TJSAMP_444, TJFLAG_PROGRESSIVE));
+  write(root / "image_codec" / "grey.jpg", jpeg(grey, TJSAMP_GRAY, 0));
+  return 0;
+}

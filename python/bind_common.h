@@ -9,6 +9,10 @@
 
 #include "core/script_value.h"
 
+namespace vorn {
+struct ImageLoadResult;
+}  // namespace vorn
+
 namespace vorn::py_bind {
 
 namespace py = pybind11;
@@ -39,6 +43,8 @@ void bind_core(py::module_& m);
 void bind_glut(py::module_& m);
 void bind_shader(py::module_& m);
 void bind_resource_images(py::module_& m);
+// An image load record as scripts see it: (image, width, height, flag).
+py::tuple load_result_to_py(const ImageLoadResult& r);
 void bind_fx_2d(py::module_& m);
 void bind_resource(py::module_& m);
 void bind_actions(py::module_& m);

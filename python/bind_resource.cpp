@@ -3,6 +3,7 @@
 
 #include "app/globals.h"
 #include "bind_common.h"
+#include "resource/image_load_result.h"
 #include "resource/res_manager.h"
 
 namespace vorn::py_bind {
@@ -67,6 +68,34 @@ void bind_resource(py::module_& m) {
             r.FoundAllResFile(parentDir, dirType ? &*dirType : nullptr);
           },
           py::arg("parentDir"), py::arg("dirType") = py::none(), "Adds the files below parentDir to the index.")
+      .def(
+          "LoadImageFile",
+          [](PyGameResManager& r, const std::string& fileName, std::optional<std::string> dirName) {
+            return load_result_to_py(r.LoadImageFile(fileName, dirName));
+          },
+          py::arg("fileName"), py::arg("dirName") = py::none(),
+          "(image, width, height, flag) of a PNG, JPG, TGA or DDS found as given or in the\n"
+          "index; (None, 0, 0, False) for anything that does not load.")
+      .def(
+          "LoadTGA", [](PyGameResManager& r, const std::string& f) { return load_result_to_py(r.LoadTGA(f)); },
+          py::arg("fileName"), "(image, width, height, IsRGBA) of a TGA, or the failure value.")
+      .def(
+          "LoadDDS", [](PyGameResManager& r, const std::string& f) { return load_result_to_py(r.LoadDDS(f)); },
+          py::arg("fileName"), "(image, width, height, IsRGBA) of a DDS, or the failure value.")
+      .def("ManageImageMemory", &PyGameResManager::ManageImageMemory, py::arg("fileName"),
+           "Records a use of fileName (the list keeps the order of last use).")
+      .def("ReleaseAllImageMemeory", &PyGameResManager::ReleaseAllImageMemeory,
+           "Empties the image record; GL textures are not touched.")
+      .def("GetImageListFiles", &PyGameResManager::GetImageListFiles, py::arg("fileName"),
+           "The PNG files that share the path of fileName up to its last '_'.")
+      .def_property_readonly(
+          "ImageDict",
+          [](const PyGameResManager& r) {
+            py::dict out;
+            for (const auto& [name, result] : r.ImageDict) out[py::str(name)] = load_result_to_py(result);
+            return out;
+          },
+          "File name to load result (stays empty).")
       .def("ListSkyBoxTexture", &PyGameResManager::ListSkyBoxTexture,
            "Entries of SkyBox: a folder gives its left.jpg path, a file its own path.")
       .def("ListTerrainDir", &PyGameResManager::ListTerrainDir, "The folders below Terrain.")

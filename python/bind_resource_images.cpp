@@ -63,11 +63,15 @@ py::object pixel_to_py(const Image::Pixel& px) {
 }
 
 // (image, width, height, flag), or the three fields of the DDS mip refusal.
+}  // namespace
+
 py::tuple load_result_to_py(const ImageLoadResult& r) {
   py::object image = r.image ? py::cast(r.image) : py::none();
   if (!r.has_flag) return py::make_tuple(image, r.width, r.height);
   return py::make_tuple(image, r.width, r.height, r.flag);
 }
+
+namespace {
 
 py::bytes to_py_bytes(const std::vector<std::uint8_t>& data) {
   return py::bytes(reinterpret_cast<const char*>(data.data()), data.size());

@@ -7,11 +7,13 @@
 // dirName against those "/"-joined paths ("Terrain/hill" matches
 // ".../Terrain/hill/height.raw"). Keys are lower-case file names.
 #include <memory>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
 
 #include "core/ordered_map.h"
+#include "resource/image_load_result.h"
 
 namespace vorn {
 
@@ -32,6 +34,8 @@ class PyGameResManager : public std::enable_shared_from_this<PyGameResManager> {
   std::string resdir;
   std::string fontdir;
   OrderedMap<std::string, std::vector<std::string>> fileDict;
+  // File name to load result. Nothing stores into it; it stays empty by design.
+  OrderedMap<std::string, ImageLoadResult> ImageDict;
   std::vector<std::string> ImageDict_MemManage_List;
   int ImageDict_MemManage_Total = 100;
   int ImageDict_MemManage_Count = 0;
@@ -49,6 +53,17 @@ class PyGameResManager : public std::enable_shared_from_this<PyGameResManager> {
 
   ResPath GetResPath(const std::string& filename, const std::string* dirName = nullptr) const;
   void FoundAllResFile(const std::string& parentDir, const std::string* dirType = nullptr);
+
+  // ---- Images (res_manager_images.cpp) ----
+  // A PNG, JPG, TGA or DDS by name: (image, width, height, flag), or the failure value.
+  ImageLoadResult LoadImageFile(const std::string& fileName, const std::optional<std::string>& dirName = std::nullopt);
+  ImageLoadResult LoadTGA(const std::string& fileName);
+  ImageLoadResult LoadDDS(const std::string& fileName);
+  // Records a use of fileName: moves it to the end of the use list (nothing is evicted).
+  void ManageImageMemory(const std::string& fileName);
+  void ReleaseAllImageMemeory();
+  // The numbered PNG files that share the stem of fileName's path before its last "_".
+  std::vector<std::string> GetImageListFiles(const std::string& fileName) const;
 
   std::vector<std::string> ListSkyBoxTexture() const;
   std::vector<std::string> ListTerrainDir() const;

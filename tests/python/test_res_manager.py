@@ -66,3 +66,31 @@ def test_missing_root_gives_an_empty_index(gl_context, tmp_path):
     assert res.ListTerrainDir() == [] and res.ListSkyBoxTexture() == [] and res.ListOceanDir() == []
     V.ResManagerInstance = None
     assert V.ResManagerInstance is None
+
+
+def test_image_loading_and_use_record(gl_context, tmp_path, capsys):
+    root = tmp_path / "Res"
+    (root / "Anim").mkdir(parents=True)
+    img = V.Vorn_Image("RGB", (4, 2))
+    for name in ("walk_01.png", "walk_02.png", "walk_10.png"):
+        img.save(str(root / "Anim" / name))
+    (root / "Anim" / "walk_01.jpg").write_bytes(b"not an image")
+    (root / "Anim" / "photo.BMP").write_bytes(b"BM")
+    res = V.PyGameResManager(str(root))
+    image, w, h, flag = res.LoadImageFile("WALK_01.png")
+    assert (w, h, flag) == (4, 2, False) and image is not None
+    assert res.LoadImageFile("walk_01.jpg") == (None, 0, 0, False)
+    assert res.LoadImageFile("photo.BMP") == (None, 0, 0, False)
+    assert res.LoadImageFile("absent.png") == (None, 0, 0, False)
+    assert res.GetImageListFiles("walk_02.png") == [str(root / "Anim" / n) for n in
+                                                    ("walk_01.png", "walk_02.png", "walk_10.png")]
+    assert res.GetImageListFiles("absent.png") == []
+    capsys.readouterr()
+    res.ManageImageMemory("a")
+    res.ManageImageMemory("b")
+    res.ManageImageMemory("a")
+    assert capsys.readouterr().out.splitlines() == ["a  load: 1", "b  load: 2", "a  load: 0  ->  2"]
+    assert res.ImageDict_MemManage_List == ["b", "a"] and res.ImageDict_MemManage_Count == 2
+    res.ReleaseAllImageMemeory()
+    assert res.ImageDict_MemManage_List == [] and res.ImageDict_MemManage_Count == 0
+    assert res.ImageDict == {}

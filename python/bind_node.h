@@ -10,7 +10,8 @@
 
 namespace vorn::py_bind {
 
-using NodeClass = py::class_<Vorn_3DGameNode, PyNode<Vorn_3DGameNode>, std::shared_ptr<Vorn_3DGameNode>>;
+using NodeClass =
+    py::class_<Vorn_3DGameNode, ActionTarget, PyNode<Vorn_3DGameNode>, std::shared_ptr<Vorn_3DGameNode>>;
 
 // A number as the script gave it: an int when it is whole and was given as an int.
 inline py::object script_number(double value, bool wasInt) {
@@ -29,6 +30,10 @@ py::list make_list(T&&... values) {
 // Script callables for the node's callback fields; None clears them.
 UpdateCallback update_callback_from_py(py::handle function, const char* where);
 PickCallback pick_callback_from_py(py::handle function, PickCallback Vorn_3DGameNode::*field, const char* where);
+
+// Makes the Python type of a node class (bound with py::dynamic_attr()) show the
+// script values its nodes hold to the cycle collector. Every bound node class calls it.
+void enable_node_gc(py::handle type);
 
 void bind_node_views(py::module_& m);
 void bind_node_methods(NodeClass& cls);

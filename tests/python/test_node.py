@@ -297,8 +297,6 @@ def test_none_where_a_node_is_expected():
         V.Vorn_3DGameNode(0, 0, 0, "parent")
     with pytest.raises(TypeError):
         n.SetUpdateFunction(3)
-    with pytest.raises(RuntimeError, match="camera"):
-        n.CreateFollowCamera(0, 0, 0)
 
 
 def test_callbacks_referring_to_their_node_are_collected_only_when_unreachable():

@@ -1,0 +1,211 @@
+// The camera's data, view matrix, targeting, movement and update (no GL).
+#include "camera/camera.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <string>
+
+#include "app/globals.h"
+#include "console_capture.h"
+#include "core/errors.h"
+#include "fake_scene.h"
+
+namespace vorn {
+namespace {
+
+using Camera = Vorn_3DCamera;
+using Node = Vorn_3DGameNode;
+using test::FakeScene;
+
+void ExpectVec(const Vector3& v, double x, double y, double z, const std::string& what) {
+  EXPECT_NEAR(v.x, x, 1e-9) << what;
+  EXPECT_NEAR(v.y, y, 1e-9) << what;
+  EXPECT_NEAR(v.z, z, 1e-9) << what;
+}
+
+// A camera at `eye` looking at `target`, with its world matrix up to date.
+std::shared_ptr<Camera> CameraAt(Vector3 eye, Vector3 target) {
+  auto cam = MakeNode<Camera>(eye.x, eye.y, eye.z);
+  cam->LookAt(target.x, target.y, target.z);
+  cam->UpdateMatrices();
+  return cam;
+}
+
+// Column-major 4x4 (GL memory order) applied to a point.
+Vector3 Apply(const FloatList16& m, const Vector3& p) {
+  return {m[0] * p.x + m[4] * p.y + m[8] * p.z + m[12], m[1] * p.x + m[5] * p.y + m[9] * p.z + m[13],
+          m[2] * p.x + m[6] * p.y + m[10] * p.z + m[14]};
+}
+
+TEST(Camera, ConstructionTakesTheWindowAspectOnce) {
+  const int w = SCREEN_WIDTH, h = SCREEN_HEIGHT;
+  SCREEN_WIDTH = 1000, SCREEN_HEIGHT = 400;
+  auto cam = MakeNode<Camera>(1, 2, 3);
+  SCREEN_WIDTH = 640;  // a resize later leaves the camera as it is
+  EXPECT_DOUBLE_EQ(cam->Aspect, 2.5);
+  EXPECT_EQ(cam->GetNodeType(), "3DCameara");
+  SCREEN_HEIGHT = 0;
+  EXPECT_THROW(MakeNode<Camera>(), ZeroDivisionError);
+  SCREEN_WIDTH = w, SCREEN_HEIGHT = h;
+}
+
+TEST(Camera, BuildViewMatrixMapsEyeToOriginAndTargetDownMinusZ) {
+  struct Case {
+    const char* name;
+    Vector3 eye, target, up;
+  };
+  const Case cases[] = {
+      {"axis aligned", {0, 0, 10}, {0, 0, 0}, {0, 1, 0}},
+      {"from above and aside", {0, 10, 10}, {0, 0, 0}, {0, 1, 0}},
+      {"off-centre target", {3, -2, 7}, {-1, 4, 0.5}, {0, 1, 0}},
+      {"tilted up", {5, 5, 5}, {1, 2, 3}, {1, 1, 0}},
+  };
+  for (const auto& c : cases) {
+    const FloatList16 m = Camera::BuildViewMatrix(c.eye, c.target, c.up);
+    const double dist = (c.target - c.eye).length();
+    ExpectVec(Apply(m, c.eye), 0, 0, 0, c.name);
+    ExpectVec(Apply(m, c.target), 0, 0, -dist, c.name);
+    // The up direction keeps pointing up on screen (positive y, no sideways part).
+    Vector3 toward = c.target - c.eye;
+    toward.normalize();
+    Vector3 upOnly = c.up - toward * c.up.dot(toward);
+    const Vector3 up = Apply(m, c.eye + upOnly);
+    EXPECT_NEAR(up.x, 0, 1e-9) << c.name;
+    EXPECT_GT(up.y, 0) << c.name;
+    EXPECT_DOUBLE_EQ(m[15], 1.0) << c.name;
+    EXPECT_DOUBLE_EQ(m[3], 0.0) << c.name;
+  }
+}
+
+TEST(Camera, DollyAlongTheLineOfSight) {
+  auto cam = CameraAt({0, 0, 10}, {0, 0, 0});
+  cam->MoveFront(2);
+  EXPECT_EQ(cam->GetXYZ(), (std::array<double, 3>{0, 0, 8}));
+  cam->UpdateMatrices();
+  cam->MoveBack(3);
+  EXPECT_EQ(cam->GetXYZ(), (std::array<double, 3>{0, 0, 11}));
+  cam->UpdateMatrices();
+  cam->SetDistance(4);
+  EXPECT_EQ(cam->GetXYZ(), (std::array<double, 3>{0, 0, 4}));
+  ExpectVec(cam->GetTargetPosition(), 0, 0, 0, "target stays");
+
+  // With the eye on the target there is no direction: the camera stays.
+  auto still = CameraAt({1, 2, 3}, {1, 2, 3});
+  still->MoveFront(5);
+  still->MoveBack(5);
+  EXPECT_EQ(still->GetXYZ(), (std::array<double, 3>{1, 2, 3}));
+}
+
+TEST(Camera, PanMovesEyeAndTargetTogether) {
+  // Looking down -Z with up +Y, MoveRight goes towards -X (the picture follows a drag).
+  auto cam = CameraAt({0, 0, 10}, {0, 0, 0});
+  cam->MoveRight(1.5);
+  EXPECT_EQ(cam->GetXYZ(), (std::array<double, 3>{-1.5, 0, 10}));
+  ExpectVec(cam->GetTargetPosition(), -1.5, 0, 0, "MoveRight target");
+  cam->UpdateMatrices();
+  cam->MoveLeft(1.5);
+  EXPECT_EQ(cam->GetXYZ(), (std::array<double, 3>{0, 0, 10}));
+  ExpectVec(cam->GetTargetPosition(), 0, 0, 0, "MoveLeft target");
+
+  cam->UpdateMatrices();
+  cam->SetUpDir(0, 2, 0);  // the up vector is not normalised: it scales the move
+  cam->MoveUp(1);
+  EXPECT_EQ(cam->GetXYZ(), (std::array<double, 3>{0, 2, 10}));
+  ExpectVec(cam->GetTargetPosition(), 0, 2, 0, "MoveUp target");
+  cam->UpdateMatrices();
+  cam->MoveDown(0.5);
+  EXPECT_EQ(cam->GetXYZ(), (std::array<double, 3>{0, 1, 10}));
+  ExpectVec(cam->GetTargetPosition(), 0, 1, 0, "MoveDown target");
+}
+
+TEST(Camera, RotateIsBookkeepingOnly) {
+  auto cam = CameraAt({0, 0, 10}, {0, 0, 0});
+  cam->RotateX(30);
+  cam->RotateX(15);
+  cam->RotateY(-20);
+  EXPECT_EQ((std::array<double, 2>{cam->rotateX, cam->rotateY}), (std::array<double, 2>{45, -20}));
+  EXPECT_EQ(cam->GetRXYZ(), (std::array<double, 3>{0, 0, 0}));  // the node's own rotation stays
+}
+
+TEST(Camera, CaughtNodeIsTheTargetAndUpdateCopiesItWhileRendering) {
+  auto scene = std::make_shared<FakeScene>();
+  auto node = MakeNode<Node>(3, 4, 5);
+  node->UpdateMatrices();
+  auto cam = CameraAt({0, 0, 10}, {1, 1, 1});
+  cam->OnLoad(scene);
+  cam->Catch(node);
+  ExpectVec(cam->GetTargetPosition(), 3, 4, 5, "caught");
+
+  // Not active and no render target: the target fields are left alone.
+  cam->update(0.1);
+  EXPECT_EQ(cam->targetX, 1);
+  // Active: LookAt is overwritten by the caught node at each update.
+  scene->SetActiveCamera(cam);
+  cam->LookAt(9, 9, 9);
+  cam->update(0.1);
+  ExpectVec(Vector3(cam->targetX, cam->targetY, cam->targetZ), 3, 4, 5, "copied from the node");
+
+  // A node that is gone no longer counts.
+  cam->LookAt(7, 8, 9);
+  node.reset();
+  ExpectVec(cam->GetTargetPosition(), 7, 8, 9, "node gone");
+}
+
+TEST(Camera, ActiveAndCloneUseTheScene) {
+  auto cam = MakeNode<Camera>(0, 10, 10);
+  {
+    ConsoleCapture console;
+    cam->Active();
+    EXPECT_EQ(console.lines(), std::vector<std::string>{"No SceneInstance"});
+  }
+  EXPECT_THROW(cam->update(0), AttributeError);
+  EXPECT_THROW(cam->draw(), AttributeError);
+
+  auto scene = std::make_shared<FakeScene>();
+  cam->OnLoad(scene);
+  cam->Active();
+  EXPECT_EQ(scene->activeCamera, cam);
+
+  cam->InitPrespective(60, 1.5, 0.5, 100);
+  cam->LookAt(1, 2, 3);
+  auto clone = cam->CloneCamera();
+  EXPECT_EQ(clone->GetParent(), cam);
+  ASSERT_EQ(cam->children.size(), 1u);
+  EXPECT_EQ(cam->children[0], clone);
+  EXPECT_EQ(clone->GetSceneInstance(), scene);
+  EXPECT_EQ(*clone->GetTag(), "3DGameNode_2");  // loaded under a loaded parent
+  EXPECT_EQ((std::array<double, 4>{clone->Fov, clone->Aspect, clone->Near, clone->Far}),
+            (std::array<double, 4>{60, 1.5, 0.5, 100}));
+  ExpectVec(clone->GetTargetPosition(), 0, 0, 0, "clone target");
+  EXPECT_EQ(clone->GetXYZ(), (std::array<double, 3>{0, 0, 0}));
+  // The clone's eye is the parent's: it hangs below the camera.
+  cam->update(0);
+  ExpectVec(clone->GetWorldXYZ(), 0, 10, 10, "clone eye");
+}
+
+TEST(Camera, FollowCameraOfANodeWorksWithoutExplicitRegistration) {
+  auto node = MakeNode<Node>(5, 0, 0);
+  auto made = node->CreateFollowCamera(0, 2, 6);
+  auto cam = std::dynamic_pointer_cast<Camera>(made);
+  ASSERT_TRUE(cam);
+  EXPECT_EQ(cam->GetCatchNode(), node);
+  EXPECT_EQ(node->CreateFollowCamera(1, 1, 1), made);
+  EXPECT_EQ(cam->GetXYZ(), (std::array<double, 3>{1, 1, 1}));
+  node->UpdateMatrices();
+  cam->UpdateMatrices();
+  ExpectVec(cam->GetWorldXYZ(), 6, 1, 1, "follows the node's position");
+  ExpectVec(cam->GetTargetPosition(), 5, 0, 0, "looks at the node");
+}
+
+TEST(Camera, NegativeScreenPointGivesZeroRayWithoutGL) {
+  auto cam = MakeNode<Camera>(0, 0, 10);
+  for (auto [px, py] : {std::pair{-1.0, 0.0}, std::pair{0.0, -0.5}}) {
+    const auto [pt, dir] = cam->ScreenPtTo3DPointAndDir(px, py);
+    ExpectVec(pt, 0, 0, 0, "point");
+    ExpectVec(dir, 0, 0, 0, "direction");
+  }
+}
+
+}  // namespace
+}  // namespace vorn

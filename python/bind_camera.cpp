@@ -250,6 +250,7 @@ void bind_camera(py::module_& m) {
                   "A scene node with a projection, a look-at target and an up direction. The eye is\n"
                   "the node's world position, so a camera can hang below another node.",
                   py::dynamic_attr());
+  enable_node_gc(cls);
   // The constructor notes which of x, y, z came as ints, which GetXYZ gives back.
   auto make = [](auto tag, py::handle x, py::handle y, py::handle z, py::handle parent) {
     using T = typename decltype(tag)::type;

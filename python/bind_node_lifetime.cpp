@@ -17,14 +17,14 @@ using Node = Vorn_3DGameNode;
 traverseproc baseTraverse = nullptr;
 inquiry baseClear = nullptr;
 
+// The node of a Python object of any node class (engine subclasses included), when
+// that object is its only owner.
 Node* solely_owned_node(PyObject* self) {
-  const auto* info = py::detail::get_type_info(typeid(Node));
-  if (!info) return nullptr;
-  auto* inst = reinterpret_cast<py::detail::instance*>(self);
-  auto vh = inst->get_value_and_holder(info, false);
-  if (!vh || !vh.holder_constructed()) return nullptr;
-  auto& holder = vh.holder<std::shared_ptr<Node>>();
-  return holder.use_count() == 1 ? holder.get() : nullptr;
+  py::detail::make_caster<Node> caster;
+  if (!caster.load(py::handle(self), false)) return nullptr;
+  Node* node = py::detail::cast_op<Node*>(caster);
+  if (!node) return nullptr;
+  return node->weak_from_this().use_count() == 1 ? node : nullptr;
 }
 
 template <class F>

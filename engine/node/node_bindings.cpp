@@ -88,7 +88,7 @@ void Vorn_3DGameNode::CallEventIn(OrderedMap<std::string, EventEntry>& table, co
   }
   // Bound by name at the first call; the entry has to exist for that.
   EventEntry* entry = table.find(eventName);
-  if (!entry) throw KeyError(console::py_repr_str(eventName));
+  if (!entry) throw KeyError(eventName);
   entry->function = operation;
   operation.call({params});
 }

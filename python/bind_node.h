@@ -1,0 +1,39 @@
+#pragma once
+// Shared declarations of the node binding files (bind_node*.cpp).
+#include <pybind11/pybind11.h>
+
+#include <memory>
+
+#include "bind_common.h"
+#include "node/game_node.h"
+#include "node_trampoline.h"
+
+namespace vorn::py_bind {
+
+using NodeClass =
+    py::class_<Vorn_3DGameNode, ActionTarget, PyNode<Vorn_3DGameNode>, std::shared_ptr<Vorn_3DGameNode>>;
+
+// A number as the script gave it: an int when it is whole and was given as an int.
+inline py::object script_number(double value, bool wasInt) {
+  if (wasInt && std::isfinite(value) && value == std::floor(value)) return py::int_(static_cast<long long>(value));
+  return py::float_(value);
+}
+
+// A Python list of the given values.
+template <class... T>
+py::list make_list(T&&... values) {
+  py::list out;
+  (out.append(std::forward<T>(values)), ...);
+  return out;
+}
+
+// Script callables for the node's callback fields; None clears them.
+UpdateCallback update_callback_from_py(py::handle function, const char* where);
+PickCallback pick_callback_from_py(py::handle function, PickCallback Vorn_3DGameNode::*field, const char* where);
+
+void bind_node_views(py::module_& m);
+void bind_node_methods(NodeClass& cls);
+void bind_node_fields(NodeClass& cls);
+void bind_node_submesh(py::module_& m, NodeClass& cls);
+
+}  // namespace vorn::py_bind

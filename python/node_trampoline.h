@@ -1,0 +1,80 @@
+#pragma once
+// Script subclasses of node classes. PyNode<Base> is the trampoline of every bound node
+// class (Vorn_3DGameNode and its engine subclasses): it sends the overridable
+// operations to a script override when there is one, finds `on_*` operations for
+// CallEvent, and hands the engine the script object so that a node owned only by the
+// engine (a parent's children, a scene registry) keeps its script state.
+//
+// Lifetime: a script subclass instance is a Python object that holds the C++ node.
+// While at least one engine list owns the node, the node holds a reference back to the
+// Python object (Vorn_3DGameNode::retain_owner); the last list letting go drops it.
+// A cycle made by the script itself (a subclass keeping a reference to its parent)
+// is not collected while the engine owns the node.
+#include <pybind11/pybind11.h>
+
+#include <string>
+#include <typeinfo>
+
+#include "bind_common.h"
+#include "node/game_node.h"
+
+namespace vorn::py_bind {
+
+template <class Base>
+class PyNode : public Base {
+ public:
+  using Base::Base;
+
+  void update(double delay) override { PYBIND11_OVERRIDE(void, Base, update, delay); }
+  void update_skin_animation(double delay) override {
+    PYBIND11_OVERRIDE(void, Base, update_skin_animation, delay);
+  }
+  bool checkColl(const Vorn_3DGameNode* other) override { PYBIND11_OVERRIDE(bool, Base, checkColl, other); }
+  void RotateX(double rx) override { PYBIND11_OVERRIDE(void, Base, RotateX, rx); }
+  void RotateY(double ry) override { PYBIND11_OVERRIDE(void, Base, RotateY, ry); }
+  void StandOnGround(bool standOn) override { PYBIND11_OVERRIDE(void, Base, StandOnGround, standOn); }
+  void GenTexCoords(int submeshIndex) override { PYBIND11_OVERRIDE(void, Base, GenTexCoords, submeshIndex); }
+
+  ScriptValue FindEventOperation(const std::string& name) override {
+    py::gil_scoped_acquire gil;
+    py::handle self = script_self();
+    if (!self) return {};
+    return to_script(py::getattr(self, name.c_str(), py::none()));
+  }
+
+  ScriptValue FindScriptSelf() override {
+    py::gil_scoped_acquire gil;
+    return to_script(script_self());
+  }
+
+ private:
+  // The live Python object of this instance, if pybind11 has it registered.
+  py::handle script_self() const {
+    return py::detail::get_object_handle(static_cast<const Base*>(this), py::detail::get_type_info(typeid(Base)));
+  }
+};
+
+// The Python object of a node: its registered script object if it has one, else a
+// new wrapper sharing ownership.
+inline py::object node_to_py(const std::shared_ptr<Vorn_3DGameNode>& node) {
+  if (!node) return py::none();
+  return py::cast(node);
+}
+inline py::object node_to_py(Vorn_3DGameNode& node) { return node_to_py(node.shared_from_this()); }
+
+// Completes the construction of node classes bound with a (..., parent=None)
+// constructor: pybind11 makes the object, then the node is hung under its parent.
+// This comes after the Python object exists, so that a script subclass built under a
+// parent already holds on to its script state. Call it once per bound node class.
+template <class Class>
+void wrap_init_with_parent(Class& cls, const char* doc) {
+  py::object original = cls.attr("__init__");
+  cls.attr("__init__") = py::cpp_function(
+      [original](py::handle self, py::args args, py::kwargs kwargs) {
+        original(self, *args, **kwargs);
+        self.cast<Vorn_3DGameNode&>().FinishConstruction();
+      },
+      py::is_method(cls), py::name("__init__"), py::doc(doc));
+}
+
+}  // namespace vorn::py_bind

@@ -388,6 +388,7 @@ void bind_node(py::module_& m) {
   bind_node_methods(cls);
   bind_node_fields(cls);
   bind_node_submesh(m, cls);
+  bind_node_draw(cls);
 }
 
 }  // namespace vorn::py_bind

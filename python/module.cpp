@@ -25,6 +25,7 @@ PYBIND11_MODULE(_engine, m) {
   // Actions before nodes: a node's RunAction takes action objects.
   bind_actions(m);
   bind_node(m);
+  bind_shapes(m);
   bind_overlay(m);
   // Globals last: object globals refer to classes bound above.
   bind_globals(m);

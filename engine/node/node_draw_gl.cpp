@@ -12,6 +12,7 @@
 #include "core/errors.h"
 #include "node/game_node.h"
 #include "node/program_uniforms.h"
+#include "node/submesh_lookup.h"
 
 namespace vorn {
 namespace {
@@ -238,7 +239,7 @@ void draw_to_screen(Vorn_3DGameNode& n, double rx, double ry, double rz) {
 
 template <class V>
 const V& entry(const Vorn_3DGameNode::SubMeshMap<V>& map, int s, const char* name) {
-  if (const V* found = map.find(s)) return *found;
+  if (const V* found = FindSubMeshEntry(map, s)) return *found;
   throw KeyError("Vorn_3DGameNode.draw_submesh: submesh " + std::to_string(s) + " has no " + name + " entry");
 }
 
@@ -321,6 +322,19 @@ void Vorn_3DGameNode::draw_allsubmesh() {
 
 void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
   const int s = submeshIndex;
+  // The entries of one submesh lie in a dozen separate arrays: start all their reads now,
+  // before the GL calls below, so that a walk over many nodes does not wait on each.
+  PrefetchSubMeshEntry(SubMeshFX, s);
+  PrefetchSubMeshEntry(SubMeshColor, s);
+  PrefetchSubMeshEntry(TextureArray, s);
+  PrefetchSubMeshEntry(SubMeshShapeType, s);
+  PrefetchSubMeshEntry(SubMeshCullMode, s);
+  PrefetchSubMeshEntry(SubMeshAlphaMode, s);
+  PrefetchSubMeshEntry(SubMeshWireFrame, s);
+  PrefetchSubMeshEntry(VVBOArray, s);
+  PrefetchSubMeshEntry(IVBOArray, s);
+  PrefetchSubMeshEntry(VertexDescArray, s);
+  PrefetchSubMeshEntry(SubMeshShapeCount, s);
   draw_begin_shader(s);
 
   if (CurrSubMeshFX) {
@@ -330,14 +344,14 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
   }
 
   // GL_TEXTURE_2D stays enabled after this.
-  if (auto* records = TextureArray.find(s)) {
+  if (auto* records = FindSubMeshEntry(TextureArray, s)) {
     glEnable(GL_TEXTURE_2D);
     bind_textures(*this, *records, s);
   }
 
   const int ShapeType = entry(SubMeshShapeType, s, "shape type");
   const int CullMode = entry(SubMeshCullMode, s, "cull mode");
-  const int* alpha = SubMeshAlphaMode.find(s);
+  const int* alpha = FindSubMeshEntry(SubMeshAlphaMode, s);
   if (!alpha) console::print(s);
   const bool blend = alpha && *alpha == glc::BLEND;
 
@@ -345,7 +359,7 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
     glEnable(GL_BLEND);
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
   }
-  const bool* wire = SubMeshWireFrame.find(s);
+  const bool* wire = FindSubMeshEntry(SubMeshWireFrame, s);
   const GLenum polygonMode = wire && *wire ? GL_LINE : GL_FILL;
   glPolygonMode(GL_FRONT, polygonMode);
   glPolygonMode(GL_BACK, polygonMode);
@@ -357,14 +371,14 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
     glCullFace(GL_BACK);
   }
 
-  const auto* vbo = VVBOArray.find(s);
-  const auto* ibo = IVBOArray.find(s);
+  const auto* vbo = FindSubMeshEntry(VVBOArray, s);
+  const auto* ibo = FindSubMeshEntry(IVBOArray, s);
   if (vbo && ibo && *vbo && *ibo) {
     BufferObject& vertices = **vbo;
     BufferObject& indices = **ibo;
     vertices.bind();
     glInterleavedArrays(static_cast<GLenum>(entry(VertexDescArray, s, "layout")), 0, nullptr);
-    const std::int64_t* shapeCount = SubMeshShapeCount.find(s);
+    const std::int64_t* shapeCount = FindSubMeshEntry(SubMeshShapeCount, s);
     // Never more indices than the buffer holds.
     const std::int64_t count =
         std::min<std::int64_t>(shapeCount ? *shapeCount : 0, static_cast<std::int64_t>(indices.count()));
@@ -375,7 +389,7 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
     }
     vertices.unbind();
   } else {
-    const int* layout = VertexDescArray.find(s);
+    const int* layout = FindSubMeshEntry(VertexDescArray, s);
     draw_immediate(*this, s, ShapeType, layout ? *layout : 0);
   }
 

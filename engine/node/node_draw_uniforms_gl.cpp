@@ -12,6 +12,7 @@
 #include "node/game_node.h"
 #include "node/node_draw_hooks.h"
 #include "node/program_uniforms.h"
+#include "node/submesh_lookup.h"
 
 namespace vorn {
 namespace {
@@ -155,7 +156,7 @@ void SetSamplerUnit(GLint location, int channel) {
 }
 
 void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
-  const unsigned* currShaderVN = SubMeshFX.find(submeshIndex);
+  const unsigned* currShaderVN = FindSubMeshEntry(SubMeshFX, submeshIndex);
   if (!currShaderVN || *currShaderVN == 0) return;
   // Submeshes of a node that share a program share these uniforms.
   if (CurrSubMeshFX && *CurrSubMeshFX == *currShaderVN) return;
@@ -212,7 +213,8 @@ void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
 
 void SetSubMeshUniforms(Vorn_3DGameNode& node, const ProgramUniforms& u, int submeshIndex, const NodeScene* scene) {
   if (u.uSubmeshColor >= 0) {
-    const auto c = to_floats(node.GetSubMeshColor(submeshIndex));
+    const auto* entry = FindSubMeshEntry(node.SubMeshColor, submeshIndex);
+    const auto c = to_floats(entry ? *entry : std::array<double, 4>{1.0, 1.0, 1.0, 1.0});
     glUniform4fv(u.uSubmeshColor, 1, c.data());
   }
   if (!scene) return;
@@ -242,7 +244,8 @@ void SetSubMeshUniforms(Vorn_3DGameNode& node, const ProgramUniforms& u, int sub
     }
   }
   if (u.uSpecularColor >= 0) {
-    const auto c = to_floats(node.GetSubMeshSpecularColor(submeshIndex));
+    const auto* entry = FindSubMeshEntry(node.SubMeshSpecularColor, submeshIndex);
+    const auto c = to_floats(entry ? *entry : std::array<double, 4>{1.0, 1.0, 1.0, 10.0});
     glUniform4fv(u.uSpecularColor, 1, c.data());
   }
   set_point_lights(u, *scene);

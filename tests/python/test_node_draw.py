@@ -1,5 +1,5 @@
 """Node drawing as scripts use it: effects with their undo, script overrides reached
-from the engine's draw walk, console lines of the draw, and the immediate draw node."""
+from the engine's draw walk, and the immediate draw node."""
 import pytest
 
 import Vorn3DGameEngine as V
@@ -95,16 +95,6 @@ def test_engine_draw_walk_reaches_script_overrides(fx, capsys):
     root.SetVisible(False)
     root.draw()
     assert calls == []
-
-
-def test_submesh_without_alpha_mode_prints_its_index(fx, capsys):
-    n = V.Vorn_3DGameNode()
-    quad(n)
-    quad(n)
-    n.SubMeshAlphaMode = {0: V.GL_NONE}
-    n.draw()
-    n.draw()
-    assert capsys.readouterr().out == "1\n1\n"
 
 
 def test_draw_node_keeps_only_its_latest_shape(fx, capsys):

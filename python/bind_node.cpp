@@ -365,7 +365,9 @@ void bind_node(py::module_& m) {
                 "submeshes, vertex buffers and script bindings.\n\n"
                 "Ownership: children are owned by their parent; parent, followTarget and\n"
                 "sceneInstance are references that do not keep their object alive. A script\n"
-                "subclass instance owned only by the engine keeps its script attributes.");
+                "subclass instance owned only by the engine keeps its script attributes.",
+                py::dynamic_attr());
+  enable_node_gc(cls);
   // The constructor notes which of x, y, z came as ints, which GetXYZ gives back.
   auto make = [](auto tag, py::handle x, py::handle y, py::handle z, py::handle parent) {
     using T = typename decltype(tag)::type;

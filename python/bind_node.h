@@ -31,6 +31,10 @@ py::list make_list(T&&... values) {
 UpdateCallback update_callback_from_py(py::handle function, const char* where);
 PickCallback pick_callback_from_py(py::handle function, PickCallback Vorn_3DGameNode::*field, const char* where);
 
+// Makes the Python type of a node class (bound with py::dynamic_attr()) show the
+// script values its nodes hold to the cycle collector. Every bound node class calls it.
+void enable_node_gc(py::handle type);
+
 void bind_node_views(py::module_& m);
 void bind_node_methods(NodeClass& cls);
 void bind_node_fields(NodeClass& cls);

@@ -1,15 +1,16 @@
 #pragma once
 // Script subclasses of node classes. PyNode<Base> is the trampoline of every bound node
 // class (Vorn_3DGameNode and its engine subclasses): it sends the overridable
-// operations to a script override when there is one, finds `on_*` operations for
-// CallEvent, and hands the engine the script object so that a node owned only by the
-// engine (a parent's children, a scene registry) keeps its script state.
+// operations to a script override when there is one and finds `on_*` operations for
+// CallEvent.
 //
-// Lifetime: a script subclass instance is a Python object that holds the C++ node.
-// While at least one engine list owns the node, the node holds a reference back to the
-// Python object (Vorn_3DGameNode::retain_owner); the last list letting go drops it.
-// A cycle made by the script itself (a subclass keeping a reference to its parent)
-// is not collected while the engine owns the node.
+// Lifetime: a node's Python object holds the C++ node. While at least one engine list
+// owns the node (a parent's children, a scene registry), the node holds a reference
+// back to its Python object (Vorn_3DGameNode::retain_owner, scriptSelfHook), so a
+// subclass instance or a node with script attributes that only the engine holds keeps
+// its script state; the last list letting go drops it. A cycle made by the script
+// itself (a child keeping a reference to its parent) is not collected while the
+// engine owns the node.
 #include <pybind11/pybind11.h>
 
 #include <string>
@@ -49,11 +50,6 @@ class PyNode : public Base {
     py::handle self = script_self();
     if (!self) return {};
     return to_script(py::getattr(self, name.c_str(), py::none()));
-  }
-
-  ScriptValue FindScriptSelf() override {
-    py::gil_scoped_acquire gil;
-    return to_script(script_self());
   }
 
  private:

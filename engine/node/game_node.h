@@ -6,8 +6,10 @@
 //   node_transform.cpp  accessors, matrices, following, standing on the ground
 //   node_submesh.cpp    submesh maps and the vertex interface
 //   node_buffers.cpp    interleaving, tangents, bounding box, bone ranking
+//   node_buffers_gl.cpp the GL side of BufferObject (upload on first bind)
 //   node_bindings.cpp   binding tables and script events
 //   node_actions.cpp    the timed-action target side
+//   node_list.cpp       NodeList, the owning sequence behind `children`
 //   node_fx_gl.cpp      effect assignment and render targets
 //   node_draw_gl.cpp    the draw walk, textures, GL state and geometry
 //   node_draw_uniforms_gl.cpp  the uniforms of a draw
@@ -303,11 +305,11 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   // ---- Hooks for script subclasses (the Python binding overrides these) ----
   // The operation `name` of this node as a script callable, or None.
   virtual ScriptValue FindEventOperation(const std::string& name);
-  // The script object of a script subclass instance, or None for a plain node.
-  virtual ScriptValue FindScriptSelf();
-  // Called by NodeList: while at least one list owns the node, a script subclass
-  // instance keeps a reference to its own script object so that its script state
-  // survives when the script drops every reference of its own.
+  // The script object that wraps this node, or None (scriptSelfHook).
+  ScriptValue FindScriptSelf();
+  // Called by NodeList: while at least one list owns the node, the node keeps a
+  // reference to the script object that wraps it, so that its script state (a
+  // subclass's attributes and overrides) survives when the script drops its own.
   void retain_owner();
   void release_owner() noexcept;
   int owner_count() const noexcept { return ownerCount_; }
@@ -395,6 +397,9 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   int ownerCount_ = 0;
   ScriptValue scriptSelf_;
 };
+
+// Installed by a script binding: the live script object wrapping a node, or None.
+inline ScriptValue (*scriptSelfHook)(Vorn_3DGameNode& node) = nullptr;
 
 // Constructs a node (or subclass) and completes its construction.
 template <class T, class... Args>

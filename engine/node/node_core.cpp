@@ -100,7 +100,7 @@ Vorn_3DGameNode::Ptr Vorn_3DGameNode::CreateFollowCamera(double cx, double cy, d
 
 ScriptValue Vorn_3DGameNode::FindEventOperation(const std::string&) { return {}; }
 
-ScriptValue Vorn_3DGameNode::FindScriptSelf() { return {}; }
+ScriptValue Vorn_3DGameNode::FindScriptSelf() { return scriptSelfHook ? scriptSelfHook(*this) : ScriptValue{}; }
 
 void Vorn_3DGameNode::retain_owner() {
   if (ownerCount_++ == 0) scriptSelf_ = FindScriptSelf();

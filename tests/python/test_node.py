@@ -93,11 +93,13 @@ def test_subclass_owned_only_by_its_parent_keeps_its_script_state():
     parent = V.Vorn_3DGameNode(10, 0, 0)
     Walker(1, 0, 0, parent).name = "w"  # no script reference survives this line
     parent.children.append(Walker())
+    V.Vorn_3DGameNode(0, 0, 0, parent).note = "plain"
     gc.collect()
     parent.update(0.1)
     parent.update(0.1)
     first = parent.children[0]
     assert isinstance(first, Walker) and first.name == "w" and first.steps == 2
+    assert parent.children[2].note == "plain"
     assert first.GetWorldXYZ().x == pytest.approx(11.0)  # the base update ran too
     # The update callback receives the script object itself.
     seen = []
@@ -297,3 +299,27 @@ def test_none_where_a_node_is_expected():
         n.SetUpdateFunction(3)
     with pytest.raises(RuntimeError, match="camera"):
         n.CreateFollowCamera(0, 0, 0)
+
+
+def test_callbacks_referring_to_their_node_are_collected_only_when_unreachable():
+    # A node held only by the script, with a callback that refers back to it: a cycle
+    # through the engine that the collector still frees.
+    lonely = V.Vorn_3DGameNode()
+    lonely.SetUpdateFunction(lambda node: lonely)
+    lonely.SetBindingVar("me", lonely)
+    ref = weakref.ref(lonely)
+    del lonely
+    gc.collect()
+    assert ref() is None
+
+    # The same cycle on a node a parent owns: the engine keeps it, callback included.
+    parent = V.Vorn_3DGameNode()
+    child = V.Vorn_3DGameNode(0, 0, 0, parent)
+    calls = []
+    child.SetUpdateFunction(lambda node: calls.append(node))
+    child.SetBindingVar("me", child)
+    child.note = "kept"  # plain nodes take attributes too
+    del child
+    gc.collect()
+    parent.update(0.1)
+    assert len(calls) == 1 and calls[0].note == "kept" and calls[0].GetBindingVar("me") is calls[0]

@@ -390,6 +390,7 @@ void bind_node(py::module_& m) {
   bind_node_methods(cls);
   bind_node_fields(cls);
   bind_node_submesh(m, cls);
+  bind_node_draw(cls);
 }
 
 }  // namespace vorn::py_bind

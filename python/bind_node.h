@@ -39,5 +39,6 @@ void bind_node_views(py::module_& m);
 void bind_node_methods(NodeClass& cls);
 void bind_node_fields(NodeClass& cls);
 void bind_node_submesh(py::module_& m, NodeClass& cls);
+void bind_node_draw(NodeClass& cls);
 
 }  // namespace vorn::py_bind

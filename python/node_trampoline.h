@@ -35,6 +35,15 @@ class PyNode : public Base {
   void RotateY(double ry) override { PYBIND11_OVERRIDE(void, Base, RotateY, ry); }
   void StandOnGround(bool standOn) override { PYBIND11_OVERRIDE(void, Base, StandOnGround, standOn); }
   void GenTexCoords(int submeshIndex) override { PYBIND11_OVERRIDE(void, Base, GenTexCoords, submeshIndex); }
+  void ApplyFX(int fxid, bool includeChildren) override { PYBIND11_OVERRIDE(void, Base, ApplyFX, fxid, includeChildren); }
+  void draw(double rx, double ry, double rz) override { PYBIND11_OVERRIDE(void, Base, draw, rx, ry, rz); }
+  void draw_begin_shader(int submeshIndex) override {
+    PYBIND11_OVERRIDE(void, Base, draw_begin_shader, submeshIndex);
+  }
+  void draw_allsubmesh() override { PYBIND11_OVERRIDE(void, Base, draw_allsubmesh, ); }
+  void prepare_uniform_for_shader(int submeshIndex) override {
+    PYBIND11_OVERRIDE(void, Base, prepare_uniform_for_shader, submeshIndex);
+  }
 
   ScriptValue FindEventOperation(const std::string& name) override {
     py::gil_scoped_acquire gil;

@@ -10,6 +10,9 @@
 //   node_bindings.cpp   binding tables and script events
 //   node_actions.cpp    the timed-action target side
 //   node_list.cpp       NodeList, the owning sequence behind `children`
+//   node_fx_gl.cpp      effect assignment and render targets
+//   node_draw_gl.cpp    the draw walk, textures, GL state and geometry
+//   node_draw_uniforms_gl.cpp  the uniforms of a draw
 //
 // Ownership: nodes live in std::shared_ptr. `children` owns; `parent`, `followTarget`
 // and `sceneInstance` are non-owning. Make nodes with MakeNode<T>(...), which also
@@ -245,6 +248,31 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   // The interleaved floats BuildSubMeshVBO would upload for a submesh (empty when it
   // has no vertex data); throws as BuildSubMeshVBO does on missing attributes.
   std::vector<float> InterleaveSubMesh(int submeshIndex) const;
+
+  // ---- Effects and drawing (node_fx_gl.cpp, node_draw_gl.cpp, node_draw_uniforms_gl.cpp) ----
+  // Every submesh gets the program of VN_FXID; the former one is kept as one level of
+  // undo for RecoverFX. A program the driver refuses is not stored.
+  virtual void ApplyFX(int VN_FXID, bool IncludeChildren = false);
+  void ApplySubMeshFX(int submeshIndex, int VN_FXID);
+  void RecoverFX(bool IncludeChildren = false);
+  std::optional<unsigned> GetShader() const noexcept { return CurrSubMeshFX; }
+  // Draws into the frame buffer of a render-target texture from now on.
+  void SetRenderTargetTexture(unsigned texID, bool isPostFXMode = true);
+  // The node and its subtree; a hidden node draws nothing and counts no batch.
+  virtual void draw(double rx = 0, double ry = 0, double rz = 0);
+  void draw_begin(double rx = 0, double ry = 0, double rz = 0);
+  void draw_end();
+  // Program switch and the per-program uniforms; skipped while the program stays.
+  virtual void draw_begin_shader(int submeshIndex);
+  virtual void draw_allsubmesh();
+  void draw_submesh(int submeshIndex);
+  virtual void prepare_uniform_for_shader(int /*submeshIndex*/) {}
+  void draw_children();
+  virtual void draw_skeleton() {}
+  virtual void draw_picktriangle() {}
+  virtual void draw_axis(double /*rx*/ = 0, double /*ry*/ = 0, double /*rz*/ = 0) {}
+  // Reach of a point light; the light class answers its range, other nodes 0.0.
+  virtual double GetLightRange() const { return 0.0; }
 
   // ---- Bindings and script hooks (node_bindings.cpp) ----
   void SetBindingVar(const std::string& varname, ScriptValue varvalue);

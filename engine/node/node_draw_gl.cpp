@@ -1,0 +1,399 @@
+// The draw walk of a node: render targets, the fixed-function frame of draw_begin and
+// draw_end, submeshes with their textures, blend, wire-frame and culling state, the
+// buffered draw and the immediate fallback, then the children.
+#include <epoxy/gl.h>
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+#include "app/globals.h"
+#include "core/console.h"
+#include "core/errors.h"
+#include "node/game_node.h"
+#include "node/program_uniforms.h"
+#include "node/submesh_lookup.h"
+
+namespace vorn {
+namespace {
+
+// Texture unit of a channel. A channel outside 0..7 selects none and leaves the active
+// unit as it was.
+void select_unit(int channel) {
+  if (channel >= 0 && channel <= 7) glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + channel));
+}
+
+// Creates and fills the GL texture of a record on the channel's unit. The FX path asks
+// for mipmaps before the texture is bound and keeps the linear minification filter, so
+// the request acts on whatever the unit had bound and shows nowhere: a fixed order.
+void upload_texture(TextureInfo& rec, int submeshIndex, bool withFX) {
+  GLuint texID = 0;
+  glGenTextures(1, &texID);
+  rec.texID = texID;
+  select_unit(rec.channel);
+  if (withFX && rec.mipMap) {
+    // A unit with no image bound refuses the request; it would change nothing.
+    GLint boundWidth = 0;
+    glGetTexLevelParameteriv(GL_TEXTURE_2D, 0, GL_TEXTURE_WIDTH, &boundWidth);
+    if (boundWidth > 0) glGenerateMipmap(GL_TEXTURE_2D);
+  }
+  glBindTexture(GL_TEXTURE_2D, texID);
+  glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
+  glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
+  if (withFX) {
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_S, GL_REPEAT);
+    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_WRAP_T, GL_REPEAT);
+  }
+  const bool rgba = rec.Format == "RGBA";
+  const GLenum format = rgba ? GL_RGBA : GL_RGB;
+  // Rows are tightly packed; data shorter than the image would be read past its end,
+  // so such a texture is made without pixels and the fault is printed.
+  const void* pixels = nullptr;
+  if (rec.imgData && rec.width > 0 && rec.height > 0) {
+    const std::size_t need =
+        static_cast<std::size_t>(rec.width) * static_cast<std::size_t>(rec.height) * (rgba ? 4u : 3u);
+    if (rec.imgData->size() >= need) {
+      pixels = rec.imgData->data();
+    } else {
+      console::print("Texture data of submesh", submeshIndex, "channel", rec.channel, "holds", rec.imgData->size(),
+                     "bytes,", rec.width, "x", rec.height, rec.Format, "needs", need);
+    }
+  }
+  GLint alignment = 4;
+  glGetIntegerv(GL_UNPACK_ALIGNMENT, &alignment);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+  glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), rec.width, rec.height, 0, format, GL_UNSIGNED_BYTE,
+               pixels);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, alignment);
+  rec.genFinish = true;
+}
+
+// Scratch space for the density list; the draw runs on one thread.
+std::vector<float> densities;
+
+void bind_textures(Vorn_3DGameNode& n, std::vector<TextureInfo>& records, int submeshIndex) {
+  if (!n.CurrSubMeshFX) {
+    for (TextureInfo& rec : records) {
+      if (rec.genFinish) {
+        glBindTexture(GL_TEXTURE_2D, rec.texID);
+      } else {
+        upload_texture(rec, submeshIndex, false);
+      }
+    }
+    return;
+  }
+  const ProgramUniforms& u = GetProgramUniforms(*n.CurrSubMeshFX);
+  for (TextureInfo& rec : records) {
+    if (!rec.genFinish) upload_texture(rec, submeshIndex, true);
+    select_unit(rec.channel);
+    glBindTexture(rec.Format == "CUBE" ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D, rec.texID);
+    SetSamplerUnit(SamplerLocation(u, rec.channel), rec.channel);
+  }
+  if (records.empty()) return;
+  // Each record would set these in turn; the last one's size is what stays.
+  if (u.uTexSize >= 0) {
+    const float size[2] = {static_cast<float>(records.back().width), static_cast<float>(records.back().height)};
+    glUniform2fv(u.uTexSize, 1, size);
+  }
+  if (u.uMSKSize >= 0) {
+    const float size[2] = {10.0f, 10.0f};
+    glUniform2fv(u.uMSKSize, 1, size);
+  }
+  if (u.uTextureDensity >= 0) {
+    densities.resize(records.size());
+    for (std::size_t i = 0; i < records.size(); ++i) densities[i] = static_cast<float>(records[i].density);
+    glUniform1fv(u.uTextureDensity, static_cast<GLsizei>(densities.size()), densities.data());
+  }
+}
+
+// ---- Immediate path ----
+
+[[noreturn]] void missing_vertex_data(int s, const char* name, std::size_t vertex) {
+  throw IndexError("Vorn_3DGameNode.draw_submesh: submesh " + std::to_string(s) + " has no complete " + name +
+                   " for vertex " + std::to_string(vertex));
+}
+
+// The attribute array of a submesh with `need` components for each of `count`
+// vertices; checked before glBegin so that a fault never leaves a primitive open.
+template <std::size_t N>
+const std::vector<VertexEntry<N>>& vertex_column(const Vorn_3DGameNode::SubMeshMap<std::vector<VertexEntry<N>>>& map,
+                                                 int s, std::size_t count, std::size_t need, const char* name) {
+  const std::vector<VertexEntry<N>>* array = map.find(s);
+  if (!array) {
+    throw KeyError("Vorn_3DGameNode.draw_submesh: submesh " + std::to_string(s) + " has no " + name + " entry");
+  }
+  if (array->size() < count) missing_vertex_data(s, name, array->size());
+  for (std::size_t v = 0; v < count; ++v)
+    if ((*array)[v].size < need) missing_vertex_data(s, name, v);
+  return *array;
+}
+
+inline float f(double v) { return static_cast<float>(v); }
+
+void draw_immediate(const Vorn_3DGameNode& n, int s, int shapeType, int layout) {
+  const Vec3Array* found = n.VertexArray_Positon.find(s);
+  static const Vec3Array none;
+  const Vec3Array& pos = found ? *found : none;
+  const std::size_t count = pos.size();
+  for (std::size_t v = 0; v < count; ++v)
+    if (pos[v].size < 3) missing_vertex_data(s, "position", v);
+
+  // Each branch sends per vertex what its interleaved layout carries.
+  switch (layout) {
+    case glc::T4F_C4F_N3F_V4F: {
+      const auto* bones = n.VertexArray_BoneIndics.find(s);
+      const auto* tangents = n.VertexArray_Tangent.find(s);
+      if (bones && !bones->empty()) {
+        const auto& uv = vertex_column(n.VertexArray_UV, s, count, 2, "UV");
+        const auto& bi = vertex_column(n.VertexArray_BoneIndics, s, count, 2, "bone indices");
+        const auto& bw = vertex_column(n.VertexArray_BoneWeight, s, count, 4, "bone weights");
+        const auto& nor = vertex_column(n.VertexArray_Normal, s, count, 3, "normal");
+        glBegin(static_cast<GLenum>(shapeType));
+        for (std::size_t v = 0; v < count; ++v) {
+          glTexCoord4f(f(uv[v][0]), f(uv[v][1]), f(bi[v][0]), f(bi[v][1]));
+          glColor4f(f(bw[v][0]), f(bw[v][1]), f(bw[v][2]), f(bw[v][3]));
+          glNormal3f(f(nor[v][0]), f(nor[v][1]), f(nor[v][2]));
+          glVertex3f(f(pos[v][0]), f(pos[v][1]), f(pos[v][2]));
+        }
+        glEnd();
+        return;
+      }
+      if (tangents && !tangents->empty()) {
+        const auto& uv = vertex_column(n.VertexArray_UV, s, count, 2, "UV");
+        const auto& tan = vertex_column(n.VertexArray_Tangent, s, count, 3, "tangent");
+        const auto& bit = vertex_column(n.VertexArray_Bitangent, s, count, 3, "bitangent");
+        const auto& nor = vertex_column(n.VertexArray_Normal, s, count, 3, "normal");
+        glBegin(static_cast<GLenum>(shapeType));
+        for (std::size_t v = 0; v < count; ++v) {
+          glTexCoord4f(f(uv[v][0]), f(uv[v][1]), f(tan[v][0]), f(tan[v][1]));
+          glColor4f(f(tan[v][2]), f(bit[v][0]), f(bit[v][1]), f(bit[v][2]));
+          glNormal3f(f(nor[v][0]), f(nor[v][1]), f(nor[v][2]));
+          glVertex3f(f(pos[v][0]), f(pos[v][1]), f(pos[v][2]));
+        }
+        glEnd();
+        return;
+      }
+      // Neither bones nor tangents: the layout carries no vertex.
+      break;
+    }
+    case glc::T2F_C4F_N3F_V3F: {
+      const auto& bi = vertex_column(n.VertexArray_BoneIndics, s, count, 2, "bone indices");
+      const auto& bw = vertex_column(n.VertexArray_BoneWeight, s, count, 4, "bone weights");
+      const auto& nor = vertex_column(n.VertexArray_Normal, s, count, 3, "normal");
+      glBegin(static_cast<GLenum>(shapeType));
+      for (std::size_t v = 0; v < count; ++v) {
+        glTexCoord2f(f(bi[v][0]), f(bi[v][1]));
+        glColor4f(f(bw[v][0]), f(bw[v][1]), f(bw[v][2]), f(bw[v][3]));
+        glNormal3f(f(nor[v][0]), f(nor[v][1]), f(nor[v][2]));
+        glVertex3f(f(pos[v][0]), f(pos[v][1]), f(pos[v][2]));
+      }
+      glEnd();
+      return;
+    }
+    case glc::T2F_N3F_V3F: {
+      const auto& uv = vertex_column(n.VertexArray_UV, s, count, 2, "UV");
+      const auto& nor = vertex_column(n.VertexArray_Normal, s, count, 3, "normal");
+      glBegin(static_cast<GLenum>(shapeType));
+      for (std::size_t v = 0; v < count; ++v) {
+        glTexCoord2f(f(uv[v][0]), f(uv[v][1]));
+        glNormal3f(f(nor[v][0]), f(nor[v][1]), f(nor[v][2]));
+        glVertex3f(f(pos[v][0]), f(pos[v][1]), f(pos[v][2]));
+      }
+      glEnd();
+      return;
+    }
+    case glc::N3F_V3F: {
+      const auto& nor = vertex_column(n.VertexArray_Normal, s, count, 3, "normal");
+      glBegin(static_cast<GLenum>(shapeType));
+      for (std::size_t v = 0; v < count; ++v) {
+        glNormal3f(f(nor[v][0]), f(nor[v][1]), f(nor[v][2]));
+        glVertex3f(f(pos[v][0]), f(pos[v][1]), f(pos[v][2]));
+      }
+      glEnd();
+      return;
+    }
+    case glc::V3F: {
+      glBegin(static_cast<GLenum>(shapeType));
+      for (std::size_t v = 0; v < count; ++v) glVertex3f(f(pos[v][0]), f(pos[v][1]), f(pos[v][2]));
+      glEnd();
+      return;
+    }
+    default:
+      // GL_T2F_V3F and unknown layouts have no branch: an empty primitive.
+      break;
+  }
+  glBegin(static_cast<GLenum>(shapeType));
+  glEnd();
+}
+
+// The screen draw of a node, shared by the plain case and the debug redraw of a node
+// that renders into a target.
+void draw_to_screen(Vorn_3DGameNode& n, double rx, double ry, double rz) {
+  n.draw_begin(rx, ry, rz);
+  n.draw_allsubmesh();
+  n.draw_skeleton();
+  n.draw_picktriangle();
+  n.draw_children();
+  n.draw_end();
+}
+
+template <class V>
+const V& entry(const Vorn_3DGameNode::SubMeshMap<V>& map, int s, const char* name) {
+  if (const V* found = FindSubMeshEntry(map, s)) return *found;
+  throw KeyError("Vorn_3DGameNode.draw_submesh: submesh " + std::to_string(s) + " has no " + name + " entry");
+}
+
+}  // namespace
+
+void Vorn_3DGameNode::draw_begin(double rx_, double ry_, double rz_) {
+  glPushMatrix();
+  // A rotation by 0 is the identity; skipping it leaves the same matrix.
+  if (rx_ != 0.0) glRotatef(static_cast<float>(rx_), 1.0f, 0.0f, 0.0f);
+  if (ry_ != 0.0) glRotatef(static_cast<float>(ry_), 0.0f, 1.0f, 0.0f);
+  if (rz_ != 0.0) glRotatef(static_cast<float>(rz_), 0.0f, 0.0f, 1.0f);
+}
+
+void Vorn_3DGameNode::draw_end() { glPopMatrix(); }
+
+void Vorn_3DGameNode::draw(double rx_, double ry_, double rz_) {
+  // A hidden node hides its subtree and counts no batch.
+  if (!IsVisible()) return;
+  const auto scene = sceneInstance.lock();
+  if (TargetFrameBuffer) {
+    glBindFramebuffer(GL_FRAMEBUFFER, *TargetFrameBuffer);
+    glClearDepth(1.0);
+    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+    glViewport(0, 0, TargetFrameWidth, TargetFrameHeight);
+    if (TargetFrameBuffer_IsPostFXMode) {
+      draw_begin(rx_, ry_, rz_);
+      draw_begin_shader(0);
+      const unsigned* fx0 = SubMeshFX.find(0);
+      const std::optional<unsigned> currShaderVN = fx0 ? std::optional<unsigned>(*fx0) : std::nullopt;
+      // Every record binds to unit 0 here and its sampler is told the channel number.
+      if (auto* records = TextureArray.find(0)) {
+        const ProgramUniforms* u = currShaderVN ? &GetProgramUniforms(*currShaderVN) : nullptr;
+        for (const TextureInfo& rec : *records) {
+          glActiveTexture(GL_TEXTURE0);
+          glBindTexture(GL_TEXTURE_2D, rec.texID);
+          if (u) SetSamplerUnit(SamplerLocation(*u, rec.channel), rec.channel);
+        }
+      }
+      if (scene) scene->RenderPostFXRect();
+      draw_children();
+      draw_end();
+      glBindTexture(GL_TEXTURE_2D, 0);
+      if (currShaderVN) glUseProgram(0);
+      CurrSubMeshFX.reset();
+    } else {
+      draw_begin(rx_, ry_, rz_);
+      draw_allsubmesh();
+      draw_children();
+      draw_end();
+    }
+    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    glViewport(0, 0, SCREEN_WIDTH, SCREEN_HEIGHT);
+    if (DEBUG_MODE) draw_to_screen(*this, rx_, ry_, rz_);
+  } else {
+    draw_to_screen(*this, rx_, ry_, rz_);
+  }
+  if (scene) scene->AddBatchCount();
+  draw_axis(rx_, ry_, rz_);
+}
+
+void Vorn_3DGameNode::draw_children() {
+  if (!IsVisible()) return;
+  // Held while it draws: a script's draw may take the child out of the list.
+  for (std::size_t i = 0; i < children.size(); ++i) {
+    const Ptr child = children[i];
+    child->draw();
+  }
+}
+
+void Vorn_3DGameNode::draw_allsubmesh() {
+  // By position, in first-insertion order of the keys.
+  for (std::size_t i = 0; i < VertexArray_Positon.size(); ++i) {
+    draw_submesh((VertexArray_Positon.begin() + static_cast<std::ptrdiff_t>(i))->first);
+  }
+  glBindTexture(GL_TEXTURE_2D, 0);
+  glUseProgram(0);
+  CurrSubMeshFX.reset();
+}
+
+void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
+  const int s = submeshIndex;
+  // The entries of one submesh lie in a dozen separate arrays: start all their reads now,
+  // before the GL calls below, so that a walk over many nodes does not wait on each.
+  PrefetchSubMeshEntry(SubMeshFX, s);
+  PrefetchSubMeshEntry(SubMeshColor, s);
+  PrefetchSubMeshEntry(TextureArray, s);
+  PrefetchSubMeshEntry(SubMeshShapeType, s);
+  PrefetchSubMeshEntry(SubMeshCullMode, s);
+  PrefetchSubMeshEntry(SubMeshAlphaMode, s);
+  PrefetchSubMeshEntry(SubMeshWireFrame, s);
+  PrefetchSubMeshEntry(VVBOArray, s);
+  PrefetchSubMeshEntry(IVBOArray, s);
+  PrefetchSubMeshEntry(VertexDescArray, s);
+  PrefetchSubMeshEntry(SubMeshShapeCount, s);
+  draw_begin_shader(s);
+
+  if (CurrSubMeshFX) {
+    const auto scene = sceneInstance.lock();
+    SetSubMeshUniforms(*this, GetProgramUniforms(*CurrSubMeshFX), s, scene.get());
+    prepare_uniform_for_shader(s);
+  }
+
+  // GL_TEXTURE_2D stays enabled after this.
+  if (auto* records = FindSubMeshEntry(TextureArray, s)) {
+    glEnable(GL_TEXTURE_2D);
+    bind_textures(*this, *records, s);
+  }
+
+  const int ShapeType = entry(SubMeshShapeType, s, "shape type");
+  const int CullMode = entry(SubMeshCullMode, s, "cull mode");
+  const int* alpha = FindSubMeshEntry(SubMeshAlphaMode, s);
+  if (!alpha) console::print(s);
+  const bool blend = alpha && *alpha == glc::BLEND;
+
+  if (blend) {
+    glEnable(GL_BLEND);
+    glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
+  }
+  const bool* wire = FindSubMeshEntry(SubMeshWireFrame, s);
+  const GLenum polygonMode = wire && *wire ? GL_LINE : GL_FILL;
+  glPolygonMode(GL_FRONT, polygonMode);
+  glPolygonMode(GL_BACK, polygonMode);
+  if (CullMode == glc::NONE) {
+    glDisable(GL_CULL_FACE);
+  } else {
+    glEnable(GL_CULL_FACE);
+    glFrontFace(static_cast<GLenum>(CullMode));
+    glCullFace(GL_BACK);
+  }
+
+  const auto* vbo = FindSubMeshEntry(VVBOArray, s);
+  const auto* ibo = FindSubMeshEntry(IVBOArray, s);
+  if (vbo && ibo && *vbo && *ibo) {
+    BufferObject& vertices = **vbo;
+    BufferObject& indices = **ibo;
+    vertices.bind();
+    glInterleavedArrays(static_cast<GLenum>(entry(VertexDescArray, s, "layout")), 0, nullptr);
+    const std::int64_t* shapeCount = FindSubMeshEntry(SubMeshShapeCount, s);
+    // Never more indices than the buffer holds.
+    const std::int64_t count =
+        std::min<std::int64_t>(shapeCount ? *shapeCount : 0, static_cast<std::int64_t>(indices.count()));
+    if (count > 0) {
+      indices.bind();
+      glDrawElements(static_cast<GLenum>(ShapeType), static_cast<GLsizei>(count), GL_UNSIGNED_SHORT, nullptr);
+      indices.unbind();
+    }
+    vertices.unbind();
+  } else {
+    const int* layout = FindSubMeshEntry(VertexDescArray, s);
+    draw_immediate(*this, s, ShapeType, layout ? *layout : 0);
+  }
+
+  if (blend) glDisable(GL_BLEND);
+}
+
+}  // namespace vorn

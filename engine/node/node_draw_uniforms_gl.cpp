@@ -1,0 +1,254 @@
+// The uniforms of a node draw: the per-program block (program switch, matrices, SSAO
+// kernel, shadow map) and the per-submesh block (material, scene values, point lights).
+// Every uniform is set only where the program has it, so one path serves all FX.
+#include <algorithm>
+#include <array>
+#include <memory>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "core/console.h"
+#include "node/game_node.h"
+#include "node/node_draw_hooks.h"
+#include "node/program_uniforms.h"
+#include "node/submesh_lookup.h"
+
+namespace vorn {
+namespace {
+
+// Cached locations by program name. Names are small integers on every driver in use,
+// so a vector indexed by name serves; very large names go to a hash map.
+constexpr GLuint kDirectNames = 1u << 16;
+std::vector<std::unique_ptr<ProgramUniforms>> directCache;
+std::unordered_map<GLuint, ProgramUniforms> farCache;
+
+bool linked_program(GLuint program) {
+  if (program == 0 || !glIsProgram(program)) return false;
+  GLint linked = GL_FALSE;
+  glGetProgramiv(program, GL_LINK_STATUS, &linked);
+  return linked == GL_TRUE;
+}
+
+ProgramUniforms lookup(GLuint program) {
+  ProgramUniforms u;
+  u.program = program;
+  if (!linked_program(program)) return u;
+  struct Entry {
+    const char* name;
+    GLint ProgramUniforms::*field;
+  };
+  static constexpr Entry kEntries[] = {
+      {"uModelMatrix", &ProgramUniforms::uModelMatrix},
+      {"uViewMatrix", &ProgramUniforms::uViewMatrix},
+      {"uProjMatrix", &ProgramUniforms::uProjMatrix},
+      {"uSSAOKernelCount", &ProgramUniforms::uSSAOKernelCount},
+      {"uSSAOKernelRadius", &ProgramUniforms::uSSAOKernelRadius},
+      {"uSSAOKernelSample", &ProgramUniforms::uSSAOKernelSample},
+      {"uShadoMapTexSize", &ProgramUniforms::uShadoMapTexSize},
+      {"uShadowMapViewProjectMatrix", &ProgramUniforms::uShadowMapViewProjectMatrix},
+      {"uSubmeshColor", &ProgramUniforms::uSubmeshColor},
+      {"uCurrTime", &ProgramUniforms::uCurrTime},
+      {"uAmbientColor", &ProgramUniforms::uAmbientColor},
+      {"uFogInfo", &ProgramUniforms::uFogInfo},
+      {"fBlurLerpValue", &ProgramUniforms::fBlurLerpValue},
+      {"uSunLight", &ProgramUniforms::uSunLight},
+      {"uEyePosition", &ProgramUniforms::uEyePosition},
+      {"uSpecularColor", &ProgramUniforms::uSpecularColor},
+      {"uPointLightCount", &ProgramUniforms::uPointLightCount},
+      {"uPointLightXYZRangeArray", &ProgramUniforms::uPointLightXYZRangeArray},
+      {"uPointLightColorArray", &ProgramUniforms::uPointLightColorArray},
+      {"uTexSize", &ProgramUniforms::uTexSize},
+      {"uMSKSize", &ProgramUniforms::uMSKSize},
+      {"uTextureDensity", &ProgramUniforms::uTextureDensity},
+  };
+  for (const Entry& e : kEntries) u.*e.field = glGetUniformLocation(program, e.name);
+  for (int c = 0; c < 8; ++c) u.texture[c] = glGetUniformLocation(program, ("texture" + std::to_string(c)).c_str());
+  return u;
+}
+
+// Scratch space for the float lists of the uniforms; the draw runs on one thread.
+std::vector<float> scratchA;
+std::vector<float> scratchB;
+
+template <std::size_t N>
+std::array<float, N> to_floats(const std::array<double, N>& v) {
+  std::array<float, N> out;
+  for (std::size_t i = 0; i < N; ++i) out[i] = static_cast<float>(v[i]);
+  return out;
+}
+
+void upload_matrix(GLint location, const std::array<double, 16>& m) {
+  const std::array<float, 16> f = to_floats(m);
+  glUniformMatrix4fv(location, 1, GL_FALSE, f.data());
+}
+
+void set_point_lights(const ProgramUniforms& u, const NodeScene& scene) {
+  if (u.uPointLightCount < 0 && u.uPointLightXYZRangeArray < 0 && u.uPointLightColorArray < 0) return;
+  const NodeList& lights = scene.GetPointLightList();
+  const std::size_t limit = scene.IsDeferLightMode() ? 64 : 3;
+  const std::size_t count = std::min(lights.size(), limit);
+  if (u.uPointLightCount >= 0) glUniform1i(u.uPointLightCount, static_cast<GLint>(count));
+  if (count == 0) return;
+  // Position and range make one vec4 a light. The colours go as four floats a light to
+  // a vec3 array, so only the first light's colour lands aligned; that layout is what
+  // the light shaders are written against.
+  scratchA.resize(count * 4);
+  scratchB.resize(count * 4);
+  for (std::size_t i = 0; i < count; ++i) {
+    const Vorn_3DGameNode* light = lights[i].get();
+    float* xyzr = scratchA.data() + i * 4;
+    float* colour = scratchB.data() + i * 4;
+    if (!light) {
+      std::fill(xyzr, xyzr + 4, 0.0f);
+      std::fill(colour, colour + 4, 0.0f);
+      continue;
+    }
+    const Vector3 p = light->GetWorldXYZ();
+    xyzr[0] = static_cast<float>(p.x), xyzr[1] = static_cast<float>(p.y), xyzr[2] = static_cast<float>(p.z);
+    xyzr[3] = static_cast<float>(light->GetLightRange());
+    const std::array<double, 4> c = light->GetSubMeshColor();
+    for (int k = 0; k < 4; ++k) colour[k] = static_cast<float>(c[k]);
+  }
+  const auto n = static_cast<GLsizei>(count);
+  if (u.uPointLightXYZRangeArray >= 0) glUniform4fv(u.uPointLightXYZRangeArray, n, scratchA.data());
+  if (u.uPointLightColorArray >= 0) glUniform3fv(u.uPointLightColorArray, n, scratchB.data());
+}
+
+}  // namespace
+
+const ProgramUniforms& GetProgramUniforms(GLuint program) {
+  if (program < kDirectNames) {
+    if (program >= directCache.size()) directCache.resize(program + 1);
+    std::unique_ptr<ProgramUniforms>& slot = directCache[program];
+    if (!slot) slot = std::make_unique<ProgramUniforms>(lookup(program));
+    return *slot;
+  }
+  auto it = farCache.find(program);
+  if (it == farCache.end()) it = farCache.emplace(program, lookup(program)).first;
+  return it->second;
+}
+
+void ForgetProgramUniforms(GLuint program) {
+  if (program < directCache.size()) directCache[program].reset();
+  farCache.erase(program);
+}
+
+GLint SamplerLocation(const ProgramUniforms& u, int channel) {
+  if (channel >= 0 && channel < 8) return u.texture[channel];
+  if (u.program == 0) return -1;
+  return glGetUniformLocation(u.program, ("texture" + std::to_string(channel)).c_str());
+}
+
+void SetSamplerUnit(GLint location, int channel) {
+  if (location < 0) return;
+  static GLint units = [] {
+    GLint n = 0;
+    glGetIntegerv(GL_MAX_COMBINED_TEXTURE_IMAGE_UNITS, &n);
+    return n;
+  }();
+  if (channel < 0 || channel >= units) {
+    console::print("Sampler texture" + std::to_string(channel) + " can't use texture unit", channel,
+                   "(the driver has", units, "units)");
+    return;
+  }
+  glUniform1i(location, channel);
+}
+
+void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
+  const unsigned* currShaderVN = FindSubMeshEntry(SubMeshFX, submeshIndex);
+  if (!currShaderVN || *currShaderVN == 0) return;
+  // Submeshes of a node that share a program share these uniforms.
+  if (CurrSubMeshFX && *CurrSubMeshFX == *currShaderVN) return;
+  CurrSubMeshFX = *currShaderVN;
+  glUseProgram(*currShaderVN);
+  const ProgramUniforms& u = GetProgramUniforms(*currShaderVN);
+
+  if (u.uModelMatrix >= 0) {
+    const std::array<float, 16> m = WorldMatrix.FlattenFloat();
+    glUniformMatrix4fv(u.uModelMatrix, 1, GL_FALSE, m.data());
+  }
+  // Scene values; with no scene, or no camera matrices yet, the uniforms keep theirs.
+  if (const auto scene = sceneInstance.lock()) {
+    if (u.uViewMatrix >= 0) {
+      if (const auto view = scene->GetActiveViewMatrix()) upload_matrix(u.uViewMatrix, *view);
+    }
+    if (u.uProjMatrix >= 0) {
+      if (const auto proj = scene->GetActiveProjMatrix()) upload_matrix(u.uProjMatrix, *proj);
+    }
+    if (u.uSSAOKernelCount >= 0) glUniform1i(u.uSSAOKernelCount, scene->GetSSAOKernelCount());
+    if (u.uSSAOKernelRadius >= 0) glUniform1f(u.uSSAOKernelRadius, static_cast<float>(scene->GetSSAOKernelRadius()));
+    if (u.uSSAOKernelSample >= 0) {
+      // The count never reaches past the end of the list.
+      const std::vector<double>& kernel = scene->GetSSAOKernelList();
+      const std::size_t count =
+          std::min(static_cast<std::size_t>(std::max(scene->GetSSAOKernelCount(), 0)), kernel.size() / 3);
+      scratchA.resize(count * 3);
+      for (std::size_t i = 0; i < count * 3; ++i) scratchA[i] = static_cast<float>(kernel[i]);
+      glUniform3fv(u.uSSAOKernelSample, static_cast<GLsizei>(count), scratchA.data());
+    }
+  }
+
+  if (ShadowMapCamera && shadowMapCameraHooks.read &&
+      (u.uShadoMapTexSize >= 0 || u.uShadowMapViewProjectMatrix >= 0)) {
+    if (const auto info = shadowMapCameraHooks.read(*ShadowMapCamera)) {
+      if (u.uShadoMapTexSize >= 0 && info->texSize) {
+        const float size[2] = {static_cast<float>(info->texSize->first), static_cast<float>(info->texSize->second)};
+        glUniform2fv(u.uShadoMapTexSize, 1, size);
+      }
+      if (u.uShadowMapViewProjectMatrix >= 0 && info->projMatrix && info->viewMatrix) {
+        FbxMatrix proj, view;
+        for (int r = 0; r < 4; ++r) {
+          for (int c = 0; c < 4; ++c) {
+            proj.Set(r, c, (*info->projMatrix)[r * 4 + c]);
+            view.Set(r, c, (*info->viewMatrix)[r * 4 + c]);
+          }
+        }
+        const std::array<float, 16> vp = (view * proj).FlattenFloat();
+        glUniformMatrix4fv(u.uShadowMapViewProjectMatrix, 1, GL_FALSE, vp.data());
+      }
+    }
+  }
+}
+
+void SetSubMeshUniforms(Vorn_3DGameNode& node, const ProgramUniforms& u, int submeshIndex, const NodeScene* scene) {
+  if (u.uSubmeshColor >= 0) {
+    const auto* entry = FindSubMeshEntry(node.SubMeshColor, submeshIndex);
+    const auto c = to_floats(entry ? *entry : std::array<double, 4>{1.0, 1.0, 1.0, 1.0});
+    glUniform4fv(u.uSubmeshColor, 1, c.data());
+  }
+  if (!scene) return;
+  if (u.uCurrTime >= 0) glUniform1f(u.uCurrTime, static_cast<float>(scene->GetCurrTime()));
+  if (u.uAmbientColor >= 0) {
+    const auto c = to_floats(scene->GetAmbientColor());
+    glUniform3fv(u.uAmbientColor, 1, c.data());
+  }
+  if (u.uFogInfo >= 0) {
+    const auto fog = to_floats(scene->GetSceneFog());
+    glUniform1fv(u.uFogInfo, 5, fog.data());
+  }
+  if (u.fBlurLerpValue >= 0) glUniform1f(u.fBlurLerpValue, static_cast<float>(scene->GetDepthBlurLerpValue()));
+  if (u.uSunLight >= 0) {
+    const auto dir = scene->GetSunLightDir();
+    const auto colour = scene->GetSunLightColor();
+    const float sun[6] = {static_cast<float>(dir[0]),    static_cast<float>(dir[1]),    static_cast<float>(dir[2]),
+                          static_cast<float>(colour[0]), static_cast<float>(colour[1]), static_cast<float>(colour[2])};
+    glUniform3fv(u.uSunLight, 2, sun);
+  }
+  if (u.uEyePosition >= 0) {
+    // Without an active camera the eye stays where the program had it.
+    if (const auto camera = scene->GetActiveCamera()) {
+      const Vector3 eye = camera->GetWorldXYZ();
+      const float e[3] = {static_cast<float>(eye.x), static_cast<float>(eye.y), static_cast<float>(eye.z)};
+      glUniform3fv(u.uEyePosition, 1, e);
+    }
+  }
+  if (u.uSpecularColor >= 0) {
+    const auto* entry = FindSubMeshEntry(node.SubMeshSpecularColor, submeshIndex);
+    const auto c = to_floats(entry ? *entry : std::array<double, 4>{1.0, 1.0, 1.0, 10.0});
+    glUniform4fv(u.uSpecularColor, 1, c.data());
+  }
+  set_point_lights(u, *scene);
+}
+
+}  // namespace vorn

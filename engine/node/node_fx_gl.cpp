@@ -1,0 +1,97 @@
+// Effect assignment (with one level of undo) and render targets.
+#include <epoxy/gl.h>
+
+#include <string>
+
+#include "app/globals.h"
+#include "core/console.h"
+#include "core/errors.h"
+#include "node/game_node.h"
+#include "node/node_draw_hooks.h"
+#include "shader/fx_manage.h"
+
+namespace vorn {
+namespace {
+
+// Why a program cannot be used, or empty when glUseProgram would accept it. Asking
+// first keeps a refused program from leaving a GL error behind.
+std::string program_failure(const std::optional<unsigned>& program, int VN_FXID) {
+  if (!program) return "ApplySubMeshFX: FX " + std::to_string(VN_FXID) + " has no program";
+  if (*program == 0 || !glIsProgram(*program)) {
+    return "ApplySubMeshFX: " + std::to_string(*program) + " of FX " + std::to_string(VN_FXID) + " is not a program";
+  }
+  GLint linked = GL_FALSE;
+  glGetProgramiv(*program, GL_LINK_STATUS, &linked);
+  if (linked != GL_TRUE) {
+    return "ApplySubMeshFX: program " + std::to_string(*program) + " of FX " + std::to_string(VN_FXID) +
+           " is not linked";
+  }
+  return {};
+}
+
+}  // namespace
+
+void Vorn_3DGameNode::ApplySubMeshFX(int submeshIndex, int VN_FXID) {
+  const Vorn_FXManage* fx = FXManagerInstance.get();
+  if (!fx) {
+    throw RuntimeError("Vorn_3DGameNode.ApplySubMeshFX: no FXManagerInstance; create the PyGameResManager first");
+  }
+  const std::optional<unsigned> ShaderVN = fx->GetShader(VN_FXID);
+  if (const unsigned* current = SubMeshFX.find(submeshIndex); current && ShaderVN && *current == *ShaderVN) return;
+
+  const std::string failure = program_failure(ShaderVN, VN_FXID);
+  if (!failure.empty()) {
+    // The submesh keeps its former program.
+    console::print(failure);
+    fx->PrintShader(VN_FXID);
+    return;
+  }
+  glUseProgram(*ShaderVN);
+  glUseProgram(0);
+  fx->PrintShader(VN_FXID);
+  SubMeshFX.set(submeshIndex, *ShaderVN);
+}
+
+void Vorn_3DGameNode::ApplyFX(int VN_FXID, bool IncludeChildren) {
+  // By position: ApplySubMeshFX adds no submesh, but the walk must not rely on it.
+  for (std::size_t i = 0; i < VertexArray_Positon.size(); ++i) {
+    const int s = (VertexArray_Positon.begin() + static_cast<std::ptrdiff_t>(i))->first;
+    if (const unsigned* current = SubMeshFX.find(s)) SubMeshFX_BackUp.set(s, *current);
+    ApplySubMeshFX(s, VN_FXID);
+  }
+  if (IncludeChildren) {
+    for (const auto& child : children.snapshot()) child->ApplyFX(VN_FXID, IncludeChildren);
+  }
+}
+
+void Vorn_3DGameNode::RecoverFX(bool IncludeChildren) {
+  // The backup stays: a second RecoverFX restores the same programs again.
+  for (const auto& [s, positions] : VertexArray_Positon) {
+    if (const unsigned* backup = SubMeshFX_BackUp.find(s)) {
+      SubMeshFX.set(s, *backup);
+    } else {
+      SubMeshFX.discard(s);
+    }
+  }
+  if (IncludeChildren) {
+    for (const auto& child : children.snapshot()) child->RecoverFX(true);
+  }
+}
+
+void Vorn_3DGameNode::SetRenderTargetTexture(unsigned texID, bool isPostFXMode) {
+  if (!renderTargetHooks.frameBuffer || !renderTargetHooks.dynamicTexture) {
+    throw RuntimeError(
+        "Vorn_3DGameNode.SetRenderTargetTexture: render-target textures are not available in this build");
+  }
+  TargetFrameBuffer = renderTargetHooks.frameBuffer(texID);
+  TargetFrameBuffer_IsPostFXMode = isPostFXMode;
+  const std::optional<DynamicTextureSize> TexInfo = renderTargetHooks.dynamicTexture(texID);
+  if (!TexInfo) {
+    throw TypeError("Vorn_3DGameNode.SetRenderTargetTexture: texture " + std::to_string(texID) +
+                    " is not a generated texture");
+  }
+  TargetFrameWidth = TexInfo->width;
+  TargetFrameHeight = TexInfo->height;
+}
+
+}  // namespace vorn

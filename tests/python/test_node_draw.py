@@ -1,0 +1,123 @@
+"""Node drawing as scripts use it: effects with their undo, script overrides reached
+from the engine's draw walk, and the immediate draw node."""
+import pytest
+
+import Vorn3DGameEngine as V
+
+FX = V.Vorn_3DFX
+
+
+class Scene(V.NodeScene):
+    def __init__(self):
+        super().__init__()
+        self.ids = 0
+
+    def GenNewGameNodeID(self):
+        self.ids += 1
+        return self.ids
+
+    def Get3DTerrainY(self, x, z):
+        return 0.0
+
+
+@pytest.fixture(scope="module")
+def fx(gl_context, tmp_path_factory):
+    V.PyGameResManager(str(tmp_path_factory.mktemp("res")))
+    return V.FXManagerInstance
+
+
+def quad(node, indexed=True):
+    s = node.CreateSubMesh("quad")
+    node.PushQuadVertex_Postion(s, 0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0)
+    node.PushQuadVertex_Normal(s, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1)
+    if indexed:
+        node.PushTriangleVIndex(s, 0, 1, 2)
+        node.PushTriangleVIndex(s, 0, 2, 3)
+    else:
+        node.SetSubMeshShapeType(s, V.GL_QUADS)
+    node.BuildVBO()
+    return s
+
+
+def test_apply_and_recover_fx_keep_one_level_of_undo(fx, capsys):
+    root = V.Vorn_3DGameNode()
+    child = V.Vorn_3DGameNode(parent=root)
+    for n in (root, child):
+        quad(n)
+        quad(n)
+    color, diffuse = fx.GetShader(FX.FX_COLOR), fx.GetShader(FX.FX_DIFFUSE)
+
+    root.ApplySubMeshFX(0, FX.FX_COLOR)
+    assert "VSCode" in capsys.readouterr().out
+    root.ApplySubMeshFX(0, FX.FX_COLOR)
+    assert capsys.readouterr().out == ""
+
+    root.ApplyFX(FX.FX_DIFFUSE, True)
+    assert root.SubMeshFX == {0: diffuse, 1: diffuse}
+    assert child.SubMeshFX == {0: diffuse, 1: diffuse}
+    root.RecoverFX(IncludeChildren=True)
+    assert root.SubMeshFX == {0: color}
+    assert child.SubMeshFX == {}
+    assert root.SubMeshFX_BackUp == {0: color}
+
+    root.ApplySubMeshFX(1, 399)  # no program: nothing changes
+    assert "399" in capsys.readouterr().out
+    assert root.SubMeshFX == {0: color}
+
+
+def test_engine_draw_walk_reaches_script_overrides(fx, capsys):
+    calls = []
+
+    class Probe(V.Vorn_3DGameNode):
+        def draw(self, rx=0, ry=0, rz=0):
+            calls.append(("draw", rx, ry, rz))
+            super().draw(rx, ry, rz)
+
+        def prepare_uniform_for_shader(self, submeshIndex):
+            calls.append(("uniforms", submeshIndex, self.GetShader()))
+
+    scene = Scene()
+    root = V.Vorn_3DGameNode()
+    root.OnLoad(scene)
+    probe = Probe(parent=root)
+    quad(probe)
+    quad(probe, indexed=False)
+    probe.ApplyFX(FX.FX_DIFFUSE)
+    capsys.readouterr()
+    root.update(0)
+
+    root.draw(10, 0, 0)  # children draw with no rotation
+    program = fx.GetShader(FX.FX_DIFFUSE)
+    assert calls == [("draw", 0, 0, 0), ("uniforms", 0, program), ("uniforms", 1, program)]
+    assert probe.GetShader() is None
+
+    calls.clear()
+    root.SetVisible(False)
+    root.draw()
+    assert calls == []
+
+
+def test_draw_node_keeps_only_its_latest_shape(fx, capsys):
+    marker = V.Vorn_3DDrawNode(1, 2, 3)
+    assert marker.GetNodeType() == "3DDrawNode"
+    assert marker.GetXYZ() == (1, 2, 3)
+    assert not marker.Enable_PickDown and not marker.Enable_PickUp
+    marker.DrawTriangle(0, 0, 0, 1, 0, 0, 0, 1, 0)
+    marker.DrawTriangle(5, 5, 5, 6, 5, 5, 5, 6, 5)
+    assert marker.VertexArray_Positon == {0: [[5.0, 5.0, 5.0], [6.0, 5.0, 5.0], [5.0, 6.0, 5.0]]}
+    assert marker.VIndexArray == {0: [0, 1, 2]}
+    assert marker.IsWireFrameMode()
+    assert marker.SubMeshFX == {0: fx.GetShader(FX.FX_COLOR)}
+    marker.DrawQuad(0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0)
+    assert marker.SubMeshShapeType == {0: V.GL_QUADS}
+    assert marker.VertexDescArray == {0: V.GL_V3F}
+    capsys.readouterr()
+    marker.draw()
+    assert capsys.readouterr().out == ""
+
+
+def test_render_target_needs_render_target_support(fx):
+    n = V.Vorn_3DGameNode()
+    with pytest.raises(RuntimeError, match="SetRenderTargetTexture"):
+        n.SetRenderTargetTexture(1)
+    assert n.TargetFrameBuffer is None

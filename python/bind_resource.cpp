@@ -104,6 +104,9 @@ void bind_resource(py::module_& m) {
   register_global("ResManagerInstance",
                   GlobalSlot{[]() -> py::object { return py::cast(ResManagerInstance); },
                              [](py::handle value) {
+                               if (!value.is_none() && !py::isinstance<PyGameResManager>(value)) {
+                                 throw py::type_error("ResManagerInstance must be a PyGameResManager or None");
+                               }
                                ResManagerInstance = value.is_none() ? nullptr
                                                                     : value.cast<std::shared_ptr<PyGameResManager>>();
                              },

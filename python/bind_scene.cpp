@@ -248,12 +248,18 @@ void bind_driver(py::module_& m) {
   register_global("openGLScene",
                   GlobalSlot{[]() -> py::object { return openGLScene ? py::cast(openGLScene) : py::none(); },
                              [](py::handle value) {
+                               if (!value.is_none() && !py::isinstance<Vorn_3Dcene>(value)) {
+                                 throw py::type_error("openGLScene must be a Vorn_3Dcene or None");
+                               }
                                openGLScene = value.is_none() ? nullptr : value.cast<std::shared_ptr<Vorn_3Dcene>>();
                              },
                              "The scene the driver callbacks (and VR mode) reach."});
   register_global("pickDrawNode",
                   GlobalSlot{[]() -> py::object { return node_to_py(pickDrawNode); },
                              [](py::handle value) {
+                               if (!value.is_none() && !py::isinstance<Vorn_3DDrawNode>(value)) {
+                                 throw py::type_error("pickDrawNode must be a Vorn_3DDrawNode or None");
+                               }
                                pickDrawNode =
                                    value.is_none() ? nullptr : value.cast<std::shared_ptr<Vorn_3DDrawNode>>();
                              },

@@ -58,7 +58,9 @@ void mouse_cb(int btn, int state, int x, int y) { MouseFunc(btn, state, x, y); }
 void motion_cb(int x, int y) { MotionFunc(x, y); }
 void keyboard_cb(unsigned char key, int x, int y) {
   // A byte key prints as the script layer shows bytes: b'a'.
-  KeyboardFunc(console::py_repr_str(std::string(1, static_cast<char>(key))).insert(0, "b"), x, y);
+  std::string text = "b";
+  text += console::py_repr_str(std::string(1, static_cast<char>(key)));
+  KeyboardFunc(text, x, y);
 }
 void special_cb(int key, int x, int y) { KeyboardFunc(std::to_string(key), x, y); }
 void reshape_cb(int w, int h) { ChangeSizeFunc(w, h); }

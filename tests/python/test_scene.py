@@ -103,7 +103,7 @@ def test_pick_request_is_consumed_by_the_next_frame(scene):
     assert not scene.isCheckPickOnce()
 
     class LatePicker(V.Vorn_3DGameNode):
-        def update(self, delay):
+        def draw(self, rx=0, ry=0, rz=0):
             scene.SetMouseXY(1, 1)
 
     late = LatePicker()
@@ -111,8 +111,11 @@ def test_pick_request_is_consumed_by_the_next_frame(scene):
     scene.ObjectArray_3D.append(late)
     scene.SetMouseXY(5, 5, False)
     scene.DrawScene()
-    # Asked for during the frame: kept for the next one.
+    # Asked for during the draw pass: kept for the next frame, which consumes it.
     assert scene.isCheckPickOnce()
+    scene.ObjectArray_3D.clear()
+    scene.DrawScene()
+    assert not scene.isCheckPickOnce()
 
 
 def test_child_camera_is_updated_through_its_parent_only(scene):
@@ -150,13 +153,19 @@ def test_a_lit_quad_shows_where_the_camera_sees_it_and_a_hidden_one_does_not(sce
     camera = scene.GetActiveCamera()
     camera.SetXYZ(0, 0, 5)
     camera.LookAt(0, 0, 0)
+    scene.SetAmbientColor(1.0, 1.0, 1.0)
     scene.SetSunLight(0, 0, -1, 1, 1, 1)
     node = quad_node(scene)
     node.SetMeshColor(1.0, 1.0, 1.0, 1.0)
     scene.DrawScene()
     scene.DrawScene()
+    # Facing the sun: full light.
+    assert all(c >= 254 for c in pixel(W // 2, H // 2))
+    # Half-Lambert: light across the face gives half the sun's colour.
+    scene.SetSunLight(1, 0, 0, 1, 0.5, 1)
+    scene.DrawScene()
     centre = pixel(W // 2, H // 2)
-    assert min(centre) > 50, centre
+    assert [abs(a - b) <= 2 for a, b in zip(centre, (128, 64, 128))] == [True] * 3, centre
     # A 2 by 2 quad 5 units away under a 45 degree field of view spans about 116 pixels.
     assert pixel(W // 2 - 50, H // 2) == centre and pixel(W // 2 + 50, H // 2 - 50) == centre
     assert pixel(W // 2 - 65, H // 2) == (0, 0, 0)
@@ -171,7 +180,7 @@ def test_a_lit_quad_shows_where_the_camera_sees_it_and_a_hidden_one_does_not(sce
 
 def test_driver_callbacks(scene, capsys):
     V.openGLScene = scene
-    V._reset_driver_input()
+    V._engine._reset_driver_input()
     try:
         V.MouseFunc(0, V.GLUT_DOWN, 40, 50)
         assert scene.isCheckPickOnce() and (scene.MouseX, scene.MouseY) == (40, 50)

@@ -245,6 +245,8 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   // The interleaved floats BuildSubMeshVBO would upload for a submesh (empty when it
   // has no vertex data); throws as BuildSubMeshVBO does on missing attributes.
   std::vector<float> InterleaveSubMesh(int submeshIndex) const;
+  // Reach of a point light; the light class answers its range, other nodes 0.0.
+  virtual double GetLightRange() const { return 0.0; }
 
   // ---- Bindings and script hooks (node_bindings.cpp) ----
   void SetBindingVar(const std::string& varname, ScriptValue varvalue);

@@ -18,13 +18,13 @@ traverseproc baseTraverse = nullptr;
 inquiry baseClear = nullptr;
 
 Node* solely_owned_node(PyObject* self) {
-  const auto* info = py::detail::get_type_info(typeid(Node));
-  if (!info) return nullptr;
-  auto* inst = reinterpret_cast<py::detail::instance*>(self);
-  auto vh = inst->get_value_and_holder(info, false);
-  if (!vh || !vh.holder_constructed()) return nullptr;
-  auto& holder = vh.holder<std::shared_ptr<Node>>();
-  return holder.use_count() == 1 ? holder.get() : nullptr;
+  // The caster finds the node inside an instance of any node class, subclasses
+  // included (asking for the value of exactly Vorn_3DGameNode fails on those).
+  py::detail::make_caster<Node> caster;
+  if (!caster.load(self, false)) return nullptr;
+  Node* node = py::detail::cast_op<Node*>(caster);
+  // Owners of the node share the holder's count; a node still under construction has none.
+  return node && node->weak_from_this().use_count() == 1 ? node : nullptr;
 }
 
 template <class F>

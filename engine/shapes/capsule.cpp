@@ -39,6 +39,7 @@ void Vorn_3DCapsule::CreateCapsule(double radius, double height, int statckR_) {
   // Integer part, towards zero.
   const std::int64_t HalfStatckR = statckR_ / 2;
   solid::require_nonzero(HalfStatckR, where, "statckR / 2 (statckR must not be 1)");
+  solid::require_size(2 * solid::grid_vertices(HalfStatckR, statckR_), where);
   solid::reset_geometry(*this);
   statckR = statckR_;
   const std::int64_t cols = statckR;

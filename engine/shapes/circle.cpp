@@ -13,6 +13,7 @@ Vorn_3DCircle::Vorn_3DCircle(double x, double y, double z, const Ptr& parent) : 
 
 void Vorn_3DCircle::CreateCircle(double radius, int statckZ_) {
   solid::require_nonzero(statckZ_, "Vorn_3DCircle.CreateCircle", "statckZ");
+  solid::require_size(std::int64_t{statckZ_} + 2, "Vorn_3DCircle.CreateCircle");
   solid::reset_geometry(*this);
   const int s = CreateSubMesh("0");
   SetSubMeshShapeType(s, glc::TRIANGLES);
@@ -25,6 +26,7 @@ void Vorn_3DCircle::CreateCircle(double radius, int statckZ_) {
 void Vorn_3DCircle::GenTexCoords(int s, bool RebuildVBO) {
   if (!solid::has_uv(*this, s, "Vorn_3DCircle.GenTexCoords")) {
     solid::require_nonzero(statckZ, "Vorn_3DCircle.GenTexCoords", "statckZ");
+    solid::require_size(std::int64_t{statckZ} + 2, "Vorn_3DCircle.GenTexCoords");
     const double u_step = 1.0 / statckZ;
     PushVertex_UV(s, 0.5, 0.0);
     for (std::int64_t k = 0; k <= statckZ; ++k) PushVertex_UV(s, static_cast<double>(k) * u_step, 1.0);

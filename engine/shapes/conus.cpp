@@ -14,6 +14,7 @@ Vorn_3DConus::Vorn_3DConus(double x, double y, double z, const Ptr& parent) : Vo
 
 void Vorn_3DConus::CreateConus(double radius, double height, int statckZ_) {
   solid::require_nonzero(statckZ_, "Vorn_3DConus.CreateConus", "statckZ");
+  solid::require_size(2 * std::int64_t{statckZ_} + 1, "Vorn_3DConus.CreateConus");
   solid::reset_geometry(*this);
   statckZ = statckZ_;
   const std::int64_t steps = statckZ;

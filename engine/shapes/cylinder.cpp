@@ -14,6 +14,7 @@ Vorn_3DCylinder::Vorn_3DCylinder(double x, double y, double z, const Ptr& parent
 
 void Vorn_3DCylinder::CreateCylinder(double radius, double height, int statckR_) {
   solid::require_nonzero(statckR_, "Vorn_3DCylinder.CreateCylinder", "statckR");
+  solid::require_size(2 * std::int64_t{statckR_} + 2, "Vorn_3DCylinder.CreateCylinder");
   solid::reset_geometry(*this);
   statckR = statckR_;
   const std::int64_t steps = statckR;

@@ -16,6 +16,23 @@ inline void require_nonzero(std::int64_t steps, const char* where, const char* n
   if (steps == 0) throw ZeroDivisionError(std::string(where) + ": " + name + " is 0 (division by zero)");
 }
 
+// Vertex count beyond which a solid is refused: far past what 16-bit indices address,
+// so only a mistaken step count gets there, and it should fail before memory runs out.
+inline constexpr std::int64_t kMaxSolidVertices = std::int64_t{1} << 24;
+
+// ValueError for a solid of more than kMaxSolidVertices vertices (negative counts
+// stand for empty grids).
+inline void require_size(std::int64_t vertices, const char* where) {
+  if (vertices > kMaxSolidVertices)
+    throw ValueError(std::string(where) + ": " + std::to_string(vertices) +
+                     " vertices are too many for one solid (step counts too large)");
+}
+
+// Grid vertices (rows + 1) * (cols + 1), 0 when either count is negative.
+inline std::int64_t grid_vertices(std::int64_t rows, std::int64_t cols) {
+  return rows < 0 || cols < 0 ? 0 : (rows + 1) * (cols + 1);
+}
+
 // Clears the node's geometry before a solid is built anew: the submeshes and also
 // the buffers of the former shape, which CleanSubMesh keeps, so that no stale index
 // buffer or vertex buffer outlives it.
@@ -29,7 +46,7 @@ inline void reset_geometry(Vorn_3DGameNode& n) {
 // Reserves room for `count` more vertices in the position and normal arrays of s
 // (ignored for counts no real mesh reaches, which fail in the pushes instead).
 inline void reserve_vertices(Vorn_3DGameNode& n, int s, std::int64_t count) {
-  if (count <= 0 || count > (std::int64_t{1} << 24)) return;
+  if (count <= 0 || count > kMaxSolidVertices) return;
   auto& positions = n.VertexArray_Positon.at(s);
   auto& normals = n.VertexArray_Normal.at(s);
   positions.reserve(positions.size() + static_cast<std::size_t>(count));

@@ -16,6 +16,7 @@ Vorn_3DSphere::Vorn_3DSphere(double x, double y, double z, const Ptr& parent) : 
 void Vorn_3DSphere::CreateSphere(double radius_, int statckZ_, int statckY_) {
   solid::require_nonzero(statckY_, "Vorn_3DSphere.CreateSphere", "statckY");
   solid::require_nonzero(statckZ_, "Vorn_3DSphere.CreateSphere", "statckZ");
+  solid::require_size(solid::grid_vertices(statckY_, statckZ_), "Vorn_3DSphere.CreateSphere");
   solid::reset_geometry(*this);
   const int s = CreateSubMesh("0");
   SetSubMeshShapeType(s, glc::TRIANGLES);
@@ -46,6 +47,7 @@ void Vorn_3DSphere::GenTexCoords(int s, bool RebuildVBO) {
   if (!solid::has_uv(*this, s, "Vorn_3DSphere.GenTexCoords")) {
     solid::require_nonzero(statckZ, "Vorn_3DSphere.GenTexCoords", "statckZ");
     solid::require_nonzero(statckY, "Vorn_3DSphere.GenTexCoords", "statckY");
+    solid::require_size(solid::grid_vertices(statckY, statckZ), "Vorn_3DSphere.GenTexCoords");
     const double u_step = 1.0 / statckZ;
     const double v_step = 1.0 / statckY;
     for (std::int64_t i = 0; i <= statckY; ++i)

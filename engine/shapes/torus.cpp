@@ -15,6 +15,7 @@ Vorn_3DTorus::Vorn_3DTorus(double x, double y, double z, const Ptr& parent) : Vo
 void Vorn_3DTorus::CreateTorus(double radius_in, double radius_out, double height, int statckR_, int statckZ_) {
   solid::require_nonzero(statckR_, "Vorn_3DTorus.CreateTorus", "statckR");
   solid::require_nonzero(statckZ_, "Vorn_3DTorus.CreateTorus", "statckZ");
+  solid::require_size(solid::grid_vertices(statckZ_, statckR_), "Vorn_3DTorus.CreateTorus");
   solid::reset_geometry(*this);
   const int s = CreateSubMesh("0");
   SetSubMeshShapeType(s, glc::TRIANGLES);

@@ -40,6 +40,7 @@ Vorn_3DTube::Vorn_3DTube(double x, double y, double z, const Ptr& parent) : Vorn
 
 void Vorn_3DTube::CreateTube(double radius_in, double radius_out, double height, int statckR_) {
   solid::require_nonzero(statckR_, "Vorn_3DTube.CreateTube", "statckR");
+  solid::require_size(4 * (std::int64_t{statckR_} + 1), "Vorn_3DTube.CreateTube");
   solid::reset_geometry(*this);
   statckR = statckR_;
   const std::int64_t steps = statckR;

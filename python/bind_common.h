@@ -51,6 +51,7 @@ void bind_actions(py::module_& m);
 void bind_node(py::module_& m);
 void bind_camera(py::module_& m);
 void bind_shapes(py::module_& m);
+void bind_shapes_solids(py::module_& m);
 void bind_overlay(py::module_& m);
 void bind_scene(py::module_& m);
 void bind_globals(py::module_& m);

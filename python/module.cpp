@@ -28,6 +28,7 @@ PYBIND11_MODULE(_engine, m) {
   bind_node(m);
   bind_camera(m);
   bind_shapes(m);
+  bind_shapes_solids(m);
   bind_overlay(m);
   // The scene uses every class above.
   bind_scene(m);

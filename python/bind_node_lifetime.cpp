@@ -18,11 +18,16 @@ traverseproc baseTraverse = nullptr;
 inquiry baseClear = nullptr;
 
 Node* solely_owned_node(PyObject* self) {
-  const auto* info = py::detail::get_type_info(typeid(Node));
-  if (!info) return nullptr;
+  // Node classes have single inheritance: an instance has one value and holder, that
+  // of its own bound class (Vorn_3DGameNode or an engine subclass), whose shared
+  // pointer has the layout of a shared_ptr<Node>. Looking it up by the base's type
+  // would find nothing for a subclass instance.
   auto* inst = reinterpret_cast<py::detail::instance*>(self);
-  auto vh = inst->get_value_and_holder(info, false);
-  if (!vh || !vh.holder_constructed()) return nullptr;
+  py::detail::values_and_holders vhs(inst);
+  auto it = vhs.begin();
+  if (it == vhs.end()) return nullptr;
+  auto vh = *it;
+  if (!vh.holder_constructed() || !vh.value_ptr()) return nullptr;
   auto& holder = vh.holder<std::shared_ptr<Node>>();
   return holder.use_count() == 1 ? holder.get() : nullptr;
 }

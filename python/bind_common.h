@@ -42,6 +42,7 @@ void bind_fx_2d(py::module_& m);
 void bind_resource(py::module_& m);
 void bind_actions(py::module_& m);
 void bind_node(py::module_& m);
+void bind_landscape(py::module_& m);
 void bind_overlay(py::module_& m);
 void bind_scene(py::module_& m);
 void bind_globals(py::module_& m);

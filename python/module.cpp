@@ -25,6 +25,7 @@ PYBIND11_MODULE(_engine, m) {
   // Actions before nodes: a node's RunAction takes action objects.
   bind_actions(m);
   bind_node(m);
+  bind_landscape(m);
   bind_overlay(m);
   // The scene uses every class above.
   bind_scene(m);

@@ -4,11 +4,12 @@
 // corner carried to the world by the node's world matrix. Instead of testing every
 // tile, the line is carried into the plane's own space once: a tile can only be hit
 // where the line's footprint on the grid crosses the tile's rectangle, so each row is
-// tested only over the columns the footprint spans there (widened by a column and a
-// quarter row to absorb rounding). The tests themselves run in world space exactly as
-// the full walk would, so the result is the same; a large grid costs O(rows) per pick.
+// tested only over the columns the footprint spans there (widened a little to absorb
+// rounding). The tests themselves run in world space exactly as the full walk would,
+// so the result is the same; a large grid costs O(rows) per pick.
 #include <algorithm>
 #include <cmath>
+#include <vector>
 
 #include "core/math_util.h"
 #include "core/pyseq.h"
@@ -86,19 +87,22 @@ std::optional<TilePick> Vorn_3DPlane::PickTile(const Vector3& Pt, const Vector3&
     return PickTileByWalk(Pt, Dir);
   }
 
+  // Slack in tiles for rounding between the plane's space and the world: far above
+  // the error of a matrix that passed the round trip, far below a tile.
+  constexpr double kSlack = 1e-6;
   const double size = std::fabs(TileSize);
   const double beginX = -Cows * TileSize * 0.5;
   const double beginZ = -Rows * TileSize * 0.5;
   const double lastColumn = Cows - 1;
+  // World points of the row's two grid lines, over the columns in question.
+  std::vector<Vector3> nearLine(stride), farLine(stride);
   TilePick hit;
-  std::array<Vector3, 4> corners;
   for (std::int64_t tileZ = 0; tileZ < Rows; ++tileZ) {
-    // The row's band along z, widened.
     const double z0 = beginZ + static_cast<double>(tileZ) * TileSize;
-    const double zLow = std::min(z0, z0 + TileSize) - size * 0.25;
-    const double zHigh = std::max(z0, z0 + TileSize) + size * 0.25;
+    const double zLow = std::min(z0, z0 + TileSize) - size * kSlack;
+    const double zHigh = std::max(z0, z0 + TileSize) + size * kSlack;
 
-    // Where along x the line's footprint lies inside the band.
+    // Where along x the line's footprint lies inside the row's band.
     double xLow = -INFINITY, xHigh = INFINITY;
     if (localDir.z == 0.0) {
       if (localPt.z < zLow || localPt.z > zHigh) continue;
@@ -109,23 +113,24 @@ std::optional<TilePick> Vorn_3DPlane::PickTile(const Vector3& Pt, const Vector3&
       if (std::isfinite(xa) && std::isfinite(xb)) xLow = std::min(xa, xb), xHigh = std::max(xa, xb);
     }
 
-    // Those x as columns, widened by one on each side and clamped to the grid.
+    // Those x as columns (a boundary counts for the tiles on both sides).
     const double ca = (xLow - beginX) / TileSize, cb = (xHigh - beginX) / TileSize;
-    double first = std::floor(std::min(ca, cb)) - 1.0, last = std::floor(std::max(ca, cb)) + 1.0;
+    double first = std::floor(std::min(ca, cb) - kSlack), last = std::floor(std::max(ca, cb) + kSlack);
     if (std::isnan(first) || std::isnan(last)) first = 0.0, last = lastColumn;
-    first = std::clamp(first, 0.0, lastColumn);
-    last = std::clamp(last, 0.0, lastColumn);
-    if (std::max(ca, cb) < -1.0 || std::min(ca, cb) > lastColumn + 2.0) continue;
+    if (last < 0.0 || first > lastColumn) continue;
+    const auto firstX = static_cast<std::int64_t>(std::max(first, 0.0));
+    const auto lastX = static_cast<std::int64_t>(std::min(last, lastColumn));
 
     const std::size_t rowStart = static_cast<std::size_t>(tileZ) * stride;
-    for (auto tileX = static_cast<std::int64_t>(first); tileX <= static_cast<std::int64_t>(last); ++tileX) {
-      const std::size_t v = rowStart + static_cast<std::size_t>(tileX);
-      const std::size_t index[4] = {v, v + 1, v + stride, v + stride + 1};
-      for (int k = 0; k < 4; ++k) {
-        const auto p = GridPoint(tileX + (k & 1), tileZ + (k >> 1), HeightArray[index[k]]);
-        corners[k] = Vec3MulMatrix(std::span<const double, 3>(p), world);
-      }
-      if (test_tile(Pt, Dir, corners, hit)) {
+    for (std::int64_t col = firstX; col <= lastX + 1; ++col) {
+      const std::size_t v = rowStart + static_cast<std::size_t>(col);
+      const auto pNear = GridPoint(col, tileZ, HeightArray[v]);
+      const auto pFar = GridPoint(col, tileZ + 1, HeightArray[v + stride]);
+      nearLine[col] = Vec3MulMatrix(std::span<const double, 3>(pNear), world);
+      farLine[col] = Vec3MulMatrix(std::span<const double, 3>(pFar), world);
+    }
+    for (std::int64_t tileX = firstX; tileX <= lastX; ++tileX) {
+      if (test_tile(Pt, Dir, {nearLine[tileX], nearLine[tileX + 1], farLine[tileX], farLine[tileX + 1]}, hit)) {
         hit.tileX = tileX;
         hit.tileZ = tileZ;
         return hit;

@@ -274,8 +274,14 @@ TEST(Plane, PickTileAgreesWithTestingEveryTile) {
     plane->SetRXYZ(30.0 * round, 75.0 * round, -20.0 * round);
     plane->SetSXYZ(1.0 + round * 0.5, round == 3 ? -0.5 : 1.0, 0.8);
     plane->update(0.0);
-    for (int i = 0; i < 500; ++i) {
-      const Vector3 target(10.0 + 8.0 * unit(rng), 5.0 + 3.0 * unit(rng), -3.0 + 8.0 * unit(rng));
+    for (int i = 0; i < 800; ++i) {
+      // Every other ray runs exactly through a grid point or the middle of a tile edge,
+      // where a hit sits on the boundary between tiles.
+      Vector3 target(10.0 + 8.0 * unit(rng), 5.0 + 3.0 * unit(rng), -3.0 + 8.0 * unit(rng));
+      if (i % 4 < 2) {
+        const auto c = plane->GetTileWorldVertex(i % 4, (i / 4) % 3);
+        target = i % 8 < 4 ? c[(i / 8) % 4] : (c[0] + c[(i / 8) % 3 + 1]) * 0.5;
+      }
       const Vector3 Pt(target.x + 30.0 * unit(rng), target.y + 30.0 * unit(rng), target.z + 30.0 * unit(rng));
       const Vector3 Dir = (target - Pt) * (i % 2 ? 1.0 : 0.01);
       Vector3 expectedPosition;
@@ -289,7 +295,7 @@ TEST(Plane, PickTileAgreesWithTestingEveryTile) {
       EXPECT_EQ(hit->position.z, expectedPosition.z);
     }
   }
-  EXPECT_GT(hits, 500);
+  EXPECT_GT(hits, 1200);
 }
 
 TEST(Plane, PickEventInClickAndDragMode) {

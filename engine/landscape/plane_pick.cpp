@@ -73,8 +73,8 @@ std::optional<TilePick> Vorn_3DPlane::PickTile(const Vector3& Pt, const Vector3&
   const std::size_t pointCount = stride * (static_cast<std::size_t>(Rows) + 1);
 
   // The line in the plane's space. A short height array (a script may replace it) or
-  // a matrix that cannot be inverted takes the full walk, which fails or answers
-  // exactly where a tile does.
+  // a matrix without a good inverse takes the full walk instead, which reads the
+  // heights tile by tile and fails on the first one missing.
   const FloatList16 world = MatrixToFloatList(GetWorldMatrix());
   const FloatList16 inverse = MatrixToFloatList(GetWorldMatrix().Inverse());
   const Vector3 localPt = carry(Pt, inverse);
@@ -83,7 +83,8 @@ std::optional<TilePick> Vorn_3DPlane::PickTile(const Vector3& Pt, const Vector3&
                         Dir.x * inverse[2] + Dir.y * inverse[6] + Dir.z * inverse[10]);
   const bool affine = world[3] == 0.0 && world[7] == 0.0 && world[11] == 0.0 && world[15] == 1.0;
   if (HeightArray.size() < pointCount || TileSize == 0.0 || !std::isfinite(TileSize) || !affine ||
-      !finite(localPt) || !finite(localDir) || !round_trips(localPt, Pt, world)) {
+      !finite(localPt) || !finite(localDir) || !round_trips(localPt, Pt, world) ||
+      !round_trips(localPt + localDir, Pt + Dir, world)) {
     return PickTileByWalk(Pt, Dir);
   }
 

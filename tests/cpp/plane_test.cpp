@@ -261,6 +261,14 @@ TEST(Plane, PickTileGivesTheFirstTileInRowOrder) {
   hit = plane->PickTile(Vector3(0.5, 4.0, 3.0), Vector3(0.0, -1.0, -1.0));
   ASSERT_TRUE(hit);
   EXPECT_EQ(hit->tileZ, 0);
+
+  // A height array cut short is read tile by tile: a hit before the gap comes back,
+  // a miss fails at the first missing height.
+  plane->HeightArray.resize(5);
+  std::tie(Pt, Dir) = down_at(0.5, -1.5);
+  EXPECT_EQ(plane->PickTile(Pt, Dir)->tileX, 0);
+  std::tie(Pt, Dir) = down_at(10.0, 10.0);
+  EXPECT_THROW(plane->PickTile(Pt, Dir), IndexError);
 }
 
 TEST(Plane, PickTileAgreesWithTestingEveryTile) {

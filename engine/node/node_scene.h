@@ -66,6 +66,8 @@ class NodeScene {
   virtual void AddBatchCount() {}
   // Whether a pick was requested for this frame.
   virtual bool isCheckPickOnce() const { return false; }
+  // Binds the scene's gizmo to a picked node, with the scene's default gizmo type.
+  virtual void Select3DObject(const NodePtr& /*object3D*/) {}
   // The pick ray of this frame: point and direction in the unrotated world.
   virtual std::pair<Vector3, Vector3> GetScree3DPointAndDir() { return {Vector3(), Vector3()}; }
   // Draws the full-screen rectangle that post effects render through.

@@ -16,7 +16,7 @@ class Vorn_3DPointLight : public Vorn_3DSphere {
   double GetLightRange() const override { return LightRange; }
   // A light has no visible body: drawing it changes nothing, GL state included. Same
   // signature as the node's draw, which it replaces in the draw walk.
-  void draw(double /*rx*/ = 0, double /*ry*/ = 0, double /*rz*/ = 0) {}
+  void draw(double /*rx*/ = 0, double /*ry*/ = 0, double /*rz*/ = 0) override {}
 
   double LightRange = 10;
 };

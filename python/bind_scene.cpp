@@ -44,6 +44,11 @@ void node_field(py::class_<Scene, NodeScene, std::shared_ptr<Scene>>& cls, const
       doc);
 }
 
+// A factory's parent argument: None or a node.
+NodeScene::NodePtr parent_arg(py::handle parent, const char* factory) {
+  return parent.is_none() ? nullptr : node_arg(parent, std::string("Vorn_3Dcene.") + factory);
+}
+
 py::dict camera_map(const OrderedMap<int, NodeScene::NodePtr>& map) {
   py::dict out;
   for (const auto& [id, camera] : map) out[py::int_(id)] = node_to_py(camera);
@@ -128,6 +133,83 @@ void bind_scene_class(py::module_& m) {
            py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0, "A camera looking at the origin, in CameraList.")
       .def("CreateDrawNode", [](Scene& s) { return node_to_py(s.CreateDrawNode()); },
            "A Vorn_3DDrawNode in DrawNodeArray_3D.")
+      .def(
+          "CreatePointLight",
+          [](Scene& s, double x, double y, double z, py::handle parent, double range, double r, double g, double b) {
+            return node_to_py(s.CreatePointLight(x, y, z, parent_arg(parent, "CreatePointLight"), range, r, g, b));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("range") = 5.0, py::arg("r") = 1.0, py::arg("g") = 1.0, py::arg("b") = 1.0,
+          "A Vorn_3DPointLight in LightList (also with a parent).")
+      .def(
+          "CreatePlane",
+          [](Scene& s, double x, double y, double z, py::handle parent, int rows, int cows, double tilesize) {
+            return node_to_py(s.CreatePlane(x, y, z, parent_arg(parent, "CreatePlane"), rows, cows, tilesize));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("rows") = 20, py::arg("cows") = 20, py::arg("tilesize") = 1.0, "A Vorn_3DPlane with FX_DIFFUSE.")
+      .def(
+          "CreateBox",
+          [](Scene& s, double x, double y, double z, py::handle parent, double sx, double sy, double sz) {
+            return node_to_py(s.CreateBox(x, y, z, parent_arg(parent, "CreateBox"), sx, sy, sz));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("size_x") = 0.5, py::arg("size_y") = 0.5, py::arg("size_z") = 0.5, "A Vorn_3DBox with FX_DIFFUSE.")
+      .def(
+          "CreateSphere",
+          [](Scene& s, double x, double y, double z, py::handle parent, double radius, int sx, int sy) {
+            return node_to_py(s.CreateSphere(x, y, z, parent_arg(parent, "CreateSphere"), radius, sx, sy));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("radius") = 0.5, py::arg("statckx") = 30, py::arg("statcky") = 30, "A Vorn_3DSphere with FX_DIFFUSE.")
+      .def(
+          "CreateCircle",
+          [](Scene& s, double x, double y, double z, py::handle parent, double radius, int steps) {
+            return node_to_py(s.CreateCircle(x, y, z, parent_arg(parent, "CreateCircle"), radius, steps));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("radius") = 0.5, py::arg("statckZ") = 30, "A Vorn_3DCircle with FX_DIFFUSE.")
+      .def(
+          "CreateConus",
+          [](Scene& s, double x, double y, double z, py::handle parent, double radius, double height, int steps) {
+            return node_to_py(s.CreateConus(x, y, z, parent_arg(parent, "CreateConus"), radius, height, steps));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckZ") = 30, "A Vorn_3DConus with FX_DIFFUSE.")
+      .def(
+          "CreateCylinder",
+          [](Scene& s, double x, double y, double z, py::handle parent, double radius, double height, int steps) {
+            return node_to_py(s.CreateCylinder(x, y, z, parent_arg(parent, "CreateCylinder"), radius, height, steps));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckZ") = 30,
+          "A Vorn_3DCylinder with FX_DIFFUSE.")
+      .def(
+          "CreateTorus",
+          [](Scene& s, double x, double y, double z, py::handle parent, double rin, double rout, double height,
+             int stepsR, int stepsZ) {
+            return node_to_py(
+                s.CreateTorus(x, y, z, parent_arg(parent, "CreateTorus"), rin, rout, height, stepsR, stepsZ));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("radius_in") = 0.5, py::arg("radius_out") = 1.0, py::arg("height") = 1.0, py::arg("statckR") = 30,
+          py::arg("statckZ") = 10, "A Vorn_3DTorus with FX_DIFFUSE.")
+      .def(
+          "CreateTube",
+          [](Scene& s, double x, double y, double z, py::handle parent, double rin, double rout, double height,
+             int steps) {
+            return node_to_py(s.CreateTube(x, y, z, parent_arg(parent, "CreateTube"), rin, rout, height, steps));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("radius_in") = 0.5, py::arg("radius_out") = 1.0, py::arg("height") = 1.0, py::arg("statckR") = 30,
+          "A Vorn_3DTube with FX_DIFFUSE.")
+      .def(
+          "CreateCapsule",
+          [](Scene& s, double x, double y, double z, py::handle parent, double radius, double height, int steps) {
+            return node_to_py(s.CreateCapsule(x, y, z, parent_arg(parent, "CreateCapsule"), radius, height, steps));
+          },
+          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+          py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckR") = 30, "A Vorn_3DCapsule with FX_DIFFUSE.")
       .def("GetPointLightList", [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->LightList}; })
       .def("Get2DObjectArray", [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->ObjectArray_2D}; })
       .def("Get3DObjectArray", [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->ObjectArray_3D}; })

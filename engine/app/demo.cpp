@@ -11,7 +11,6 @@
 #include "core/gl_api.h"
 #include "resource/res_manager.h"
 #include "scene/scene.h"
-#include "shader/fx_3d.h"
 #include "shapes/draw_node.h"
 
 namespace vorn {
@@ -36,21 +35,15 @@ DemoOptions parse(const std::vector<std::string>& args) {
   return options;
 }
 
-// A lit ground square where the textured plane will stand.
-void build_ground(Vorn_3Dcene& scene) {
-  auto ground = scene.Create3DGameNode(0.0, 0.0, 0.0);
-  const int s = ground->CreateSubMesh("ground");
-  const double half = 20.0;
-  const double positions[12] = {-half, 0, half, half, 0, half, half, 0, -half, -half, 0, -half};
-  const double normals[12] = {0, 1, 0, 0, 1, 0, 0, 1, 0, 0, 1, 0};
-  ground->PushQuadVertex_Postion(s, std::span<const double, 12>(positions));
-  ground->PushQuadVertex_Normal(s, std::span<const double, 12>(normals));
-  ground->PushTriangleVIndex(s, 0, 1, 2);
-  ground->PushTriangleVIndex(s, 0, 2, 3);
-  ground->SetSubMeshShapeType(s, GL_TRIANGLES);
-  ground->BuildVBO();
-  ground->ApplyFX(Vorn_3DFX::FX_DIFFUSE);
-  ground->SetMeshColor(0.6, 0.6, 0.6, 0.6);
+// The world: a plane of 20 by 20 tiles of 2 units, and a lit sphere and box where the
+// animated mesh will stand.
+void build_world(Vorn_3Dcene& scene) {
+  auto newPlane = scene.CreatePlane(0.0, 0.0, 0.0, nullptr, 20, 20, 2.0);
+  newPlane->SetMeshColor(0.6, 0.6, 0.6, 0.6);
+  auto sphere = scene.CreateSphere(-1.5, 1.0, 0.0, nullptr, 1.0);
+  sphere->SetMeshColor(0.9, 0.4, 0.2, 1.0);
+  auto box = scene.CreateBox(1.5, 0.75, 0.0, nullptr, 1.5, 1.5, 1.5);
+  box->SetMeshColor(0.2, 0.5, 0.9, 1.0);
 }
 
 void display_cb() { DrawFunc(); }
@@ -92,7 +85,7 @@ int RunDemo(const std::vector<std::string>& args) {
   openGLScene->SetSceneFog(0.0, 20.0);
   openGLScene->DisableFog();
   pickDrawNode = std::dynamic_pointer_cast<Vorn_3DDrawNode>(openGLScene->CreateDrawNode());
-  build_ground(*openGLScene);
+  build_world(*openGLScene);
 
   driverInput = DriverInput{};
   glutDisplayFunc(&display_cb);

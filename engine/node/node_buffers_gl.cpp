@@ -1,6 +1,7 @@
 // The GL side of buffer objects: creation on first bind, deletion with the object.
 #include <epoxy/gl.h>
 
+#include "core/gl_context.h"
 #include "node/buffer_object.h"
 #include "node/gl_enums.h"
 
@@ -20,7 +21,7 @@ BufferObject::BufferObject(IndexData data, int target)
     : data_(std::move(data)), target_(target), count_(std::get<IndexData>(data_).size()) {}
 
 BufferObject::~BufferObject() {
-  if (name_ != 0) {
+  if (name_ != 0 && HasCurrentGLContext()) {
     const GLuint name = name_;
     glDeleteBuffers(1, &name);
   }

@@ -96,6 +96,27 @@ class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3
                                           double g = 1.0, double b = 1.0, int font = Vorn_Text::FT_8_BY_13);
   NodePtr CreateCamera(double x = 0.0, double y = 0.0, double z = 0.0);
   NodePtr CreateDrawNode();
+  NodePtr CreatePointLight(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                           double range = 5.0, double r = 1.0, double g = 1.0, double b = 1.0);
+  NodePtr CreatePlane(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr, int rows = 20,
+                      int cows = 20, double tilesize = 1.0);
+  NodePtr CreateBox(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                    double size_x = 0.5, double size_y = 0.5, double size_z = 0.5);
+  NodePtr CreateSphere(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                       double radius = 0.5, int statckx = 30, int statcky = 30);
+  NodePtr CreateCircle(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                       double radius = 0.5, int statckZ = 30);
+  NodePtr CreateConus(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                      double radius = 0.5, double height = 1.0, int statckZ = 30);
+  NodePtr CreateCylinder(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                         double radius = 0.5, double height = 1.0, int statckZ = 30);
+  NodePtr CreateTorus(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                      double radius_in = 0.5, double radius_out = 1.0, double height = 1.0, int statckR = 30,
+                      int statckZ = 10);
+  NodePtr CreateTube(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                     double radius_in = 0.5, double radius_out = 1.0, double height = 1.0, int statckR = 30);
+  NodePtr CreateCapsule(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                        double radius = 0.5, double height = 1.0, int statckR = 30);
   const NodeList& GetPointLightList() const override { return LightList; }
   const NodeList& Get2DObjectArray() const { return ObjectArray_2D; }
   const NodeList& Get3DObjectArray() const override { return ObjectArray_3D; }

@@ -11,6 +11,7 @@
 #include <optional>
 #include <vector>
 
+#include "app/window_gl.h"
 #include "bind_common.h"
 
 namespace vorn::py_bind {
@@ -104,7 +105,7 @@ void bind_glut(py::module_& m) {
         glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
       },
       py::arg("argv") = std::vector<std::string>{}, "Initialises GLUT (once per process).");
-  m.def("glutInitDisplayMode", [](unsigned int mode) { glutInitDisplayMode(mode); }, py::arg("mode"),
+  m.def("glutInitDisplayMode", [](unsigned int mode) { SetDisplayMode(mode); }, py::arg("mode"),
         "Selects the display mode of windows created next (GLUT_SINGLE | GLUT_RGBA | ...).");
   m.def("glutInitWindowSize", [](int width, int height) { glutInitWindowSize(width, height); }, py::arg("width"),
         py::arg("height"), "Size of windows created next.");
@@ -114,9 +115,11 @@ void bind_glut(py::module_& m) {
       "glutCreateWindow",
       [](const std::string& title) {
         if (!glutGet(GLUT_INIT_STATE)) throw py::value_error("glutCreateWindow: call glutInit() first");
-        return glutCreateWindow(title.c_str());
+        return CreateEngineWindow(title);
       },
-      py::arg("title"), "Opens a window with its OpenGL context and makes it current; returns its id.");
+      py::arg("title"),
+      "Opens a window with its OpenGL context and makes it current; returns its id. Where\n"
+      "the display has no multisample visual, the window opens without multisampling.");
   m.def("glutHideWindow", [] { glutHideWindow(); }, "Hides the current window.");
   m.def("glutShowWindow", [] { glutShowWindow(); }, "Shows the current window.");
   m.def("glutReshapeWindow", [](int w, int h) { glutReshapeWindow(w, h); }, py::arg("width"), py::arg("height"),

@@ -32,6 +32,8 @@ const ScriptValue::Hooks kFakeHooks{
 TEST(ScriptValue, HandlesBalanceReferencesAndBehaveLikeScriptValues) {
   const ScriptValue::Hooks* previous = ScriptValue::hooks();
   ScriptValue::install(&kFakeHooks);
+  refcounts().clear();
+  g_calls = 0;
   int seven = 7, zero = 0, other_seven = 7;
   {
     ScriptValue a = ScriptValue::borrow(&seven);

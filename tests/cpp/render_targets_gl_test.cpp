@@ -18,6 +18,7 @@
 #include "camera/camera.h"
 #include "console_capture.h"
 #include "core/errors.h"
+#include "core/fbx_matrix.h"
 #include "fake_scene.h"
 #include "gl_harness.h"
 #include "node/game_node.h"
@@ -372,6 +373,71 @@ TEST_F(RenderTargetsGL, DepthTargetForcesTheDepthFXAndRestoresEachObject) {
   const TexImage img = ReadTexture(tex);
   ExpectNear(img.rgb(160, 120), {25, 0, 0}, 2, "depth of the quad");
   EXPECT_EQ(img.rgb(5, 5), (RGB{0, 0, 0}));
+}
+
+// A program that keeps both shadow uniforms alive, so they can be read back.
+GLuint ShadowUniformProgram() {
+  static const GLuint program = [] {
+    const char* vs =
+        "#version 120\n"
+        "uniform mat4 uShadowMapViewProjectMatrix;\n"
+        "uniform vec2 uShadoMapTexSize;\n"
+        "varying vec4 vShadow;\n"
+        "void main() {\n"
+        "  vShadow = vec4(gl_Vertex.xyz, 1.0) * uShadowMapViewProjectMatrix + vec4(uShadoMapTexSize, 0.0, 0.0);\n"
+        "  gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex; }\n";
+    const char* ps =
+        "#version 120\n"
+        "varying vec4 vShadow;\n"
+        "void main() { gl_FragColor = clamp(vShadow, 0.0, 1.0); }\n";
+    auto compile = [](GLenum kind, const char* text) {
+      const GLuint shader = glCreateShader(kind);
+      glShaderSource(shader, 1, &text, nullptr);
+      glCompileShader(shader);
+      return shader;
+    };
+    const GLuint p = glCreateProgram();
+    glAttachShader(p, compile(GL_VERTEX_SHADER, vs));
+    glAttachShader(p, compile(GL_FRAGMENT_SHADER, ps));
+    glLinkProgram(p);
+    return p;
+  }();
+  return program;
+}
+
+TEST_F(RenderTargetsGL, ShadowMapCameraFeedsTheShadowUniforms) {
+  auto cam = FrontCamera();
+  cam->CreateDepthTarget(128, 64);
+  Frame(*cam);
+  const GLuint program = ShadowUniformProgram();
+  const GLint sizeAt = glGetUniformLocation(program, "uShadoMapTexSize");
+  const GLint matrixAt = glGetUniformLocation(program, "uShadowMapViewProjectMatrix");
+  ASSERT_GE(sizeAt, 0);
+  ASSERT_GE(matrixAt, 0);
+
+  auto receiver = Quad(-1, -1, 0, 2, 2, std::nullopt);
+  receiver->SubMeshFX.set(0, program);
+  receiver->SetShadowMapCamera(cam);
+  receiver->draw();
+
+  float size[2] = {0, 0};
+  glGetUniformfv(program, sizeAt, size);
+  EXPECT_EQ(size[0], 128.0f);
+  EXPECT_EQ(size[1], 64.0f);
+  // The camera's own matrices of its last draw reach the program, combined as the
+  // node draw combines them.
+  FbxMatrix proj, view;
+  for (int r = 0; r < 4; ++r) {
+    for (int c = 0; c < 4; ++c) {
+      proj.Set(r, c, (*cam->GetProjMatrix())[r * 4 + c]);
+      view.Set(r, c, (*cam->GetViewMatrix())[r * 4 + c]);
+    }
+  }
+  const std::array<float, 16> want = (view * proj).FlattenFloat();
+  float vp[16] = {};
+  glGetUniformfv(program, matrixAt, vp);
+  for (int i = 0; i < 16; ++i) EXPECT_NEAR(vp[i], want[i], 1e-5) << i;
+  EXPECT_NE(vp[14], 0.0f);
 }
 
 TEST_F(RenderTargetsGL, TargetTypesChooseTheListRendered) {

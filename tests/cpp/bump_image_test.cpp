@@ -51,11 +51,5 @@ TEST(BumpImage, NormalsFollowTheBrightnessSteps) {
   }
 }
 
-TEST(BumpImage, EmptyPictureGivesEmptyMap) {
-  const auto bump = MakeBumpNormalMap(Image(Image::Mode::RGB, 0, 0));
-  EXPECT_EQ(bump->width(), 0);
-  EXPECT_TRUE(bump->data().empty());
-}
-
 }  // namespace
 }  // namespace vorn

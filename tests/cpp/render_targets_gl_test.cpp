@@ -1,10 +1,8 @@
 // Generated textures and render targets under a real driver: the resource manager's
-// targets and noise texture, a node drawing into a target, a camera rendering the
-// scene's objects into its colour and depth targets (read back with glGetTexImage),
-// and the normal map of a picture found through the index.
+// targets and noise texture, a node drawing into a target, and a camera rendering the
+// scene's objects into its colour and depth targets (read back with glGetTexImage).
 #include <array>
 #include <filesystem>
-#include <fstream>
 #include <functional>
 #include <memory>
 #include <string>
@@ -18,10 +16,10 @@
 #include "camera/camera.h"
 #include "console_capture.h"
 #include "core/errors.h"
-#include "core/fbx_matrix.h"
 #include "fake_scene.h"
 #include "gl_harness.h"
 #include "node/game_node.h"
+#include "node/node_draw_hooks.h"
 #include "resource/res_manager.h"
 #include "shader/fx_3d.h"
 #include "shader/fx_manage.h"
@@ -34,20 +32,13 @@ using Camera = Vorn_3DCamera;
 using Node = Vorn_3DGameNode;
 using RGB = std::array<int, 3>;
 
-fs::path ResourceDir() {
-  static const fs::path dir = [] {
-    fs::path d = fs::temp_directory_path() / ("vorn_render_targets_" + std::to_string(::getpid()));
-    fs::create_directories(d);
-    return d;
-  }();
-  return dir;
-}
-
-// One manager (and with it one compiled catalogue) for the process.
+// One manager, and with it one compiled catalogue, for the process.
 const std::pair<std::shared_ptr<PyGameResManager>, std::shared_ptr<Vorn_FXManage>>& Managers() {
   static const auto made = [] {
+    const fs::path dir = fs::temp_directory_path() / ("vorn_render_targets_" + std::to_string(::getpid()));
+    fs::create_directories(dir);
     ConsoleCapture quiet;
-    auto resources = PyGameResManager::Create(ResourceDir().string());
+    auto resources = PyGameResManager::Create(dir.string());
     return std::make_pair(resources, FXManagerInstance);
   }();
   return made;
@@ -55,7 +46,7 @@ const std::pair<std::shared_ptr<PyGameResManager>, std::shared_ptr<Vorn_FXManage
 
 unsigned Program(int fxid) { return *FXManagerInstance->GetShader(fxid); }
 
-// The texture's RGBA bytes, rows from the bottom as GL stores them.
+// A texture read back as RGBA, rows from the bottom as GL stores them.
 struct TexImage {
   int width = 0, height = 0;
   std::vector<unsigned char> rgba;
@@ -63,10 +54,7 @@ struct TexImage {
     const std::size_t i = (static_cast<std::size_t>(y) * static_cast<std::size_t>(width) + static_cast<std::size_t>(x)) * 4;
     return {rgba[i], rgba[i + 1], rgba[i + 2], rgba[i + 3]};
   }
-  RGB rgb(int x, int y) const {
-    const auto p = at(x, y);
-    return {p[0], p[1], p[2]};
-  }
+  RGB rgb(int x, int y) const { return {at(x, y)[0], at(x, y)[1], at(x, y)[2]}; }
 };
 
 TexImage ReadTexture(unsigned tex) {
@@ -116,8 +104,7 @@ class RenderTargetsGL : public GLTest {
     FXManagerInstance = Managers().second;
     // Another test may have put its own hooks in and cleared them.
     RegisterRenderTargetHooks();
-    SCREEN_WIDTH = kWindowWidth;
-    SCREEN_HEIGHT = kWindowHeight;
+    SCREEN_WIDTH = kWindowWidth, SCREEN_HEIGHT = kWindowHeight;
     DEBUG_MODE = false;
     glViewport(0, 0, kWindowWidth, kWindowHeight);
     glMatrixMode(GL_PROJECTION);
@@ -133,18 +120,11 @@ class RenderTargetsGL : public GLTest {
     if (!IsSkipped()) {
       ResManagerInstance = savedRes_;
       FXManagerInstance = savedFX_;
-      SCREEN_WIDTH = savedSize_[0];
-      SCREEN_HEIGHT = savedSize_[1];
+      SCREEN_WIDTH = savedSize_[0], SCREEN_HEIGHT = savedSize_[1];
       DEBUG_MODE = savedDebug_;
-      glBindFramebuffer(GL_FRAMEBUFFER, 0);
       glDisable(GL_DEPTH_TEST);
       glDisable(GL_CULL_FACE);
       glDisable(GL_TEXTURE_2D);
-      glUseProgram(0);
-      glMatrixMode(GL_PROJECTION);
-      glLoadIdentity();
-      glMatrixMode(GL_MODELVIEW);
-      glLoadIdentity();
     }
     GLTest::TearDown();
   }
@@ -299,7 +279,12 @@ TEST_F(RenderTargetsGL, ColourTargetShowsTheSceneObjectsFromTheCamera) {
   const unsigned tex = cam->CreateRenderTarget();
   EXPECT_EQ(cam->CameraType, Camera::CAMERA_RENDERGARGET);
   EXPECT_EQ(cam->GetRenderTargetTexture(), tex);
-  EXPECT_EQ(*cam->GetRenderTargetTextureMatrix(), Camera::TextureMatrix(kWindowWidth, kWindowHeight));
+  // Clip space to texture space: y flipped, shifted by half a texel.
+  const FloatList16 m = *cam->GetRenderTargetTextureMatrix();
+  EXPECT_EQ(std::vector<double>(m.begin(), m.begin() + 12),
+            std::vector<double>({0.5, 0, 0, 0, 0, -0.5, 0, 0, 0, 0, 1, 0}));
+  EXPECT_DOUBLE_EQ(m[12], 0.5 + 0.5 / kWindowWidth);
+  EXPECT_DOUBLE_EQ(m[13], 0.5 + 0.5 / kWindowHeight);
   EXPECT_FALSE(cam->RenderTargetArray.at(Camera::CAMERA_RENDERGARGET).FXID);
   EXPECT_EQ(res().GetDynamicTexture(tex)->Width, kWindowWidth);
   EXPECT_FALSE(cam->GetDepthTargetTextureMatrix());
@@ -373,71 +358,15 @@ TEST_F(RenderTargetsGL, DepthTargetForcesTheDepthFXAndRestoresEachObject) {
   const TexImage img = ReadTexture(tex);
   ExpectNear(img.rgb(160, 120), {25, 0, 0}, 2, "depth of the quad");
   EXPECT_EQ(img.rgb(5, 5), (RGB{0, 0, 0}));
-}
 
-// A program that keeps both shadow uniforms alive, so they can be read back.
-GLuint ShadowUniformProgram() {
-  static const GLuint program = [] {
-    const char* vs =
-        "#version 120\n"
-        "uniform mat4 uShadowMapViewProjectMatrix;\n"
-        "uniform vec2 uShadoMapTexSize;\n"
-        "varying vec4 vShadow;\n"
-        "void main() {\n"
-        "  vShadow = vec4(gl_Vertex.xyz, 1.0) * uShadowMapViewProjectMatrix + vec4(uShadoMapTexSize, 0.0, 0.0);\n"
-        "  gl_Position = gl_ModelViewProjectionMatrix * gl_Vertex; }\n";
-    const char* ps =
-        "#version 120\n"
-        "varying vec4 vShadow;\n"
-        "void main() { gl_FragColor = clamp(vShadow, 0.0, 1.0); }\n";
-    auto compile = [](GLenum kind, const char* text) {
-      const GLuint shader = glCreateShader(kind);
-      glShaderSource(shader, 1, &text, nullptr);
-      glCompileShader(shader);
-      return shader;
-    };
-    const GLuint p = glCreateProgram();
-    glAttachShader(p, compile(GL_VERTEX_SHADER, vs));
-    glAttachShader(p, compile(GL_FRAGMENT_SHADER, ps));
-    glLinkProgram(p);
-    return p;
-  }();
-  return program;
-}
-
-TEST_F(RenderTargetsGL, ShadowMapCameraFeedsTheShadowUniforms) {
-  auto cam = FrontCamera();
-  cam->CreateDepthTarget(128, 64);
-  Frame(*cam);
-  const GLuint program = ShadowUniformProgram();
-  const GLint sizeAt = glGetUniformLocation(program, "uShadoMapTexSize");
-  const GLint matrixAt = glGetUniformLocation(program, "uShadowMapViewProjectMatrix");
-  ASSERT_GE(sizeAt, 0);
-  ASSERT_GE(matrixAt, 0);
-
-  auto receiver = Quad(-1, -1, 0, 2, 2, std::nullopt);
-  receiver->SubMeshFX.set(0, program);
-  receiver->SetShadowMapCamera(cam);
-  receiver->draw();
-
-  float size[2] = {0, 0};
-  glGetUniformfv(program, sizeAt, size);
-  EXPECT_EQ(size[0], 128.0f);
-  EXPECT_EQ(size[1], 64.0f);
-  // The camera's own matrices of its last draw reach the program, combined as the
-  // node draw combines them.
-  FbxMatrix proj, view;
-  for (int r = 0; r < 4; ++r) {
-    for (int c = 0; c < 4; ++c) {
-      proj.Set(r, c, (*cam->GetProjMatrix())[r * 4 + c]);
-      view.Set(r, c, (*cam->GetViewMatrix())[r * 4 + c]);
-    }
-  }
-  const std::array<float, 16> want = (view * proj).FlattenFloat();
-  float vp[16] = {};
-  glGetUniformfv(program, matrixAt, vp);
-  for (int i = 0; i < 16; ++i) EXPECT_NEAR(vp[i], want[i], 1e-5) << i;
-  EXPECT_NE(vp[14], 0.0f);
+  // What a node's shadow uniforms receive of this camera; nothing of a plain node.
+  ASSERT_TRUE(shadowMapCameraHooks.read);
+  const auto info = shadowMapCameraHooks.read(*cam);
+  ASSERT_TRUE(info && info->texSize);
+  EXPECT_EQ(*info->texSize, std::make_pair(double(kWindowWidth), double(kWindowHeight)));
+  EXPECT_EQ(info->viewMatrix, cam->GetViewMatrix());
+  EXPECT_EQ(info->projMatrix, cam->GetProjMatrix());
+  EXPECT_FALSE(shadowMapCameraHooks.read(*first));
 }
 
 TEST_F(RenderTargetsGL, TargetTypesChooseTheListRendered) {
@@ -465,38 +394,6 @@ TEST_F(RenderTargetsGL, TargetTypesChooseTheListRendered) {
   GLint bound = -1;
   glGetIntegerv(GL_FRAMEBUFFER_BINDING, &bound);
   EXPECT_EQ(bound, 0);
-}
-
-TEST_F(RenderTargetsGL, BumpImageOfAPictureInTheIndex) {
-  const fs::path dir = ResourceDir() / "bump";
-  fs::create_directories(dir / "copy");
-  Image picture(Image::Mode::RGB, 2, 1);
-  picture.putpixel(0, 0, {{255, 0, 0, 255}, 3});
-  picture.save((dir / "bump_src.png").string());
-  res().FoundAllResFile(dir.string());
-
-  const ImageLoadResult bump = res().MakeBumpImage("bump_src.png");
-  ASSERT_TRUE(bump.image);
-  EXPECT_EQ(std::make_tuple(bump.width, bump.height, bump.flag), std::make_tuple(2, 1, false));
-  const Image::Pixel p = bump.image->getpixel(1, 0);
-  EXPECT_EQ(RGB({p.c[0], p.c[1], p.c[2]}), RGB({37, 0, 253}));
-  EXPECT_TRUE(res().ImageDict.empty());
-
-  // A name borne twice: the first path is used, after the warning.
-  picture.save((dir / "copy" / "twice.png").string());
-  Image(Image::Mode::RGB, 3, 3).save((dir / "twice.png").string());
-  res().FoundAllResFile(dir.string());
-  ConsoleCapture console;
-  const ImageLoadResult twice = res().MakeBumpImage("twice.png");
-  ASSERT_EQ(console.lines().size(), 1u);
-  EXPECT_EQ(console.lines()[0], "twice.png  has  2  same image.");
-  EXPECT_EQ(twice.width, 2);
-
-  // Names the index does not know, or a file that is no picture: the failure value.
-  EXPECT_TRUE(res().MakeBumpImage("missing.png").failed());
-  std::ofstream(dir / "broken.png") << "not a png";
-  res().FoundAllResFile(dir.string());
-  EXPECT_TRUE(res().MakeBumpImage("broken.png").failed());
 }
 
 }  // namespace

@@ -44,48 +44,37 @@ def lit_quad(scene):
     return node
 
 
-def test_generated_texture_records_and_lookups(scene):
+def test_generated_textures_and_the_normal_map(scene, tmp_path):
     res = V.ResManagerInstance
-    V.SCREEN_WIDTH, V.SCREEN_HEIGHT = 100, 50  # the constants, not the window
-    tex = res.CreateRenderTargetTexture()
-    depth = res.CreateRenderTargetTexture(0, -1, True)
-    assert res.GetDynamicTexture(tex) == [100, 50, "RGB", 24]
-    assert res.DynamicTextureDict[depth] == [100, 50, "RGB", 24]
+    tex = res.CreateRenderTargetTexture(16, 8)
     fb = res.GetRenderTargetTextureFrameBuffer(tex)
-    assert isinstance(fb, int) and res.RenderTargetFrameBufferDict == {tex: fb, depth: res.GetRenderTargetTextureFrameBuffer(depth)}
-    assert fb != res.GetRenderTargetTextureFrameBuffer(depth)
-
-    noise = res.AddSSAORandTexture(4, 3)
-    assert res.GetDynamicTexture(noise) == [4, 3, "RGB", 24]
-    assert res.GetRenderTargetTextureFrameBuffer(noise) is None
-    assert res.GetDynamicTexture(res.AddSSAORandTexture())[:2] == [10, 10]
+    assert res.GetDynamicTexture(tex) == [16, 8, "RGB", 24] and res.RenderTargetFrameBufferDict[tex] == fb
+    noise = res.AddSSAORandTexture()
+    assert res.DynamicTextureDict[noise] == [10, 10, "RGB", 24]
     res.AddDynamicTexture(123456, 1, 2, "RGBA", 32)
     assert res.GetDynamicTexture(123456) == [1, 2, "RGBA", 32]
-    assert res.GetDynamicTexture(654321) is None and res.GetRenderTargetTextureFrameBuffer(654321) is None
+    assert res.GetDynamicTexture(654321) is None and res.GetRenderTargetTextureFrameBuffer(noise) is None
     with pytest.raises(ValueError, match="AddSSAORandTexture"):
         res.AddSSAORandTexture(-1)
 
-    # A node draws into a target made here, found through the manager.
+    # A node finds a target made here through the manager.
     node = V.Vorn_3DGameNode()
     node.SetRenderTargetTexture(tex)
-    assert (node.TargetFrameBuffer, node.TargetFrameWidth, node.TargetFrameHeight) == (fb, 100, 50)
-    assert node.TargetFrameBuffer_IsPostFXMode is True
+    assert (node.TargetFrameBuffer, node.TargetFrameWidth, node.TargetFrameHeight) == (fb, 16, 8)
     with pytest.raises(TypeError, match="not a generated texture"):
         V.Vorn_3DGameNode().SetRenderTargetTexture(noise + 1000)
 
-
-def test_bump_image_of_a_picture_in_the_index(scene, tmp_path):
-    res = V.ResManagerInstance
     picture = V.Vorn_Image("RGB", (2, 1))
     picture.putpixel((0, 0), (255, 0, 0))
     picture.save(str(tmp_path / "stone.png"))
+    (tmp_path / "broken.png").write_bytes(b"not a png")
     res.FoundAllResFile(str(tmp_path))
     image, width, height, flag = res.MakeBumpImage("stone.png")
     assert (width, height, flag, image.mode) == (2, 1, False, "RGB")
     # Flat at the left edge; the drop in brightness to the right tilts the normal to +x.
-    assert image.getpixel((0, 0)) == (0, 0, 255)
-    assert image.getpixel((1, 0)) == (37, 0, 253)
+    assert (image.getpixel((0, 0)), image.getpixel((1, 0))) == ((0, 0, 255), (37, 0, 253))
     assert res.MakeBumpImage("nothing.png") == (None, 0, 0, False)
+    assert res.MakeBumpImage("broken.png") == (None, 0, 0, False)
 
 
 def test_shadow_map_camera_has_a_depth_target_of_the_window(scene):
@@ -105,6 +94,11 @@ def test_shadow_map_camera_has_a_depth_target_of_the_window(scene):
     assert plain.GetDepthTargetTextureMatrix() is None and plain.GetDepthTargetTexture() is None
     plain.ApplyFX(FX.FX_COLOR)  # no target: ignored
     assert plain.RenderTargetArray == {}
+    # With both targets, ApplyFX sets the one created last.
+    cam.CreateRenderTarget(8, 8)
+    cam.ApplyFX(FX.FX_COLOR)
+    assert cam.RenderTargetArray[C.CAMERA_RENDERGARGET]["FXID"] == FX.FX_COLOR
+    assert cam.RenderTargetArray[C.CAMERA_DEPTH]["FXID"] == FX.FX_DEPTH
 
     # A node sampling the shadow map draws in the frame; the window still shows it.
     node = lit_quad(scene)
@@ -121,7 +115,6 @@ def test_colour_target_camera_renders_before_the_window(scene, capsys):
     assert cam.GetRenderTargetTexture() == tex and cam.CameraType == C.CAMERA_RENDERGARGET
     assert cam.GetRenderTargetTextureMatrix()[12] == pytest.approx(0.5 + 0.5 / 64)
     cam.ApplyFX(FX.FX_COLOR)
-    assert cam.RenderTargetArray[C.CAMERA_RENDERGARGET]["FXID"] == FX.FX_COLOR
     cam.DisableFog()
     scene.DrawScene()
     # The target pass leaves the window's frame buffer and viewport to the main view.

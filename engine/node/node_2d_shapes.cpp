@@ -54,6 +54,8 @@ void Vorn_3DGameNode::Draw2DRect(double left, double top, double width, double h
   is2DMode = true;
   PushQuadVertex_Postion(submeshIndex, std::array<double, 12>{f.left, f.top, 0, f.right, f.top, 0, f.right, f.bottom,
                                                               0, f.left, f.bottom, 0});
+  // The layout carries texture coordinates: the buffer needs them even here.
+  PushQuadVertex_UV(0, std::array<double, 8>{0.0, 1.0, 1.0, 1.0, 1.0, 0.0, 0.0, 0.0});
   // The colour program draws the submesh colour.
   SetSubMeshColor(submeshIndex, r, g, b);
   ApplySubMeshFX(submeshIndex, Vorn_2DFX::FX_COLOR);

@@ -6,10 +6,12 @@
 #include <optional>
 #include <string>
 #include <type_traits>
+#include <vector>
 
 #include "bind_node.h"
 #include "camera/camera.h"
 #include "node_trampoline.h"
+#include "node_views.h"
 
 namespace vorn::py_bind {
 namespace {
@@ -164,6 +166,57 @@ void bind_camera_methods(CameraClass& cls) {
       .def("MoveDown", &Camera::MoveDown, py::arg("distance"), "Moves eye and target against the up direction.")
       .def("RotateX", &Camera::RotateX, py::arg("rx"), "Adds rx to rotateX; eye and target do not move.")
       .def("RotateY", &Camera::RotateY, py::arg("ry"), "Adds ry to rotateY; eye and target do not move.")
+      .def("CreateRenderTarget", &Camera::CreateRenderTarget, py::arg("texWidth") = 0, py::arg("texHeight") = 0,
+           py::arg("floatMode") = false,
+           "Creates the colour target (CameraType becomes CAMERA_RENDERGARGET) and returns its\n"
+           "texture. A side of 0 takes SCREEN_WIDTH / SCREEN_HEIGHT as they are now; floatMode\n"
+           "gives 16-bit float channels. Each frame the camera renders what CameraTargetType\n"
+           "names into it. ValueError for a negative or oversized side, AttributeError without\n"
+           "a PyGameResManager.")
+      .def("CreateDepthTarget", &Camera::CreateDepthTarget, py::arg("texWidth") = 0, py::arg("texHeight") = 0,
+           "Creates the depth target (CameraType becomes CAMERA_DEPTH): a colour texture into\n"
+           "which nodes render through Vorn_3DFX.FX_DEPTH. Returns the texture.")
+      .def("GetRenderTargetTexture", &Camera::GetRenderTargetTexture,
+           "The texture of the colour target, or None.")
+      .def("GetRenderTargetTextureMatrix", &Camera::GetRenderTargetTextureMatrix,
+           "The 16 floats that map clip space to the colour target's texture space (y\n"
+           "flipped, half-texel offset), or None.")
+      .def("GetDepthTargetTexture", &Camera::GetDepthTargetTexture, "The texture of the depth target, or None.")
+      .def(
+          "GetDepthTargetTextureSize",
+          [](const Camera& c) {
+            const auto [w, h] = c.GetDepthTargetTextureSize();
+            return py::make_tuple(w ? py::object(py::int_(*w)) : py::object(py::none()),
+                                  h ? py::object(py::int_(*h)) : py::object(py::none()));
+          },
+          "(Width, Height) of the depth target, or (None, None).")
+      .def("GetDepthTargetTextureMatrix", &Camera::GetDepthTargetTextureMatrix,
+           "The texture matrix of the depth target, or None.")
+      .def(
+          "ApplyFX", [](Camera& c, int fxid) { c.ApplyFX(fxid); }, py::arg("VN_3DFXID"),
+          "Sets the FX forced on the nodes rendered into the target created last (FXID of\n"
+          "its record). A camera without targets ignores it.")
+      .def(
+          "RenderObjListToRenderTarget",
+          [](const std::shared_ptr<Camera>& c, py::handle objList) {
+            if (py::isinstance<NodeListView>(objList)) {
+              c->RenderObjListToRenderTarget(*objList.cast<const NodeListView&>().list);
+              return;
+            }
+            constexpr const char* where = "Vorn_3DCamera.RenderObjListToRenderTarget";
+            if (!py::isinstance<py::iterable>(objList) || py::isinstance<py::str>(objList)) {
+              throw py::type_error(std::string(where) + ": objList must be a list of nodes, not " +
+                                   std::string(py::str(py::type::handle_of(objList).attr("__name__"))));
+            }
+            std::vector<std::shared_ptr<Node>> nodes;
+            for (py::handle item : objList) nodes.push_back(node_arg(item, where));
+            c->RenderObjListToRenderTarget(nodes);
+          },
+          py::arg("objList"),
+          "For each target: binds its frame buffer, clears colour (to transparent black),\n"
+          "depth and stencil, and draws every node of objList with zero rotation, with the\n"
+          "target's FX forced and restored node by node where it has one. Frame buffer 0 is\n"
+          "bound after. The viewport stays the window's.")
       .def("update", &Camera::update, py::arg("delay"),
            "The node's update; then, for the active camera or one with render targets, the\n"
            "caught node's position becomes the target. AttributeError before OnLoad.")
@@ -171,7 +224,10 @@ void bind_camera_methods(CameraClass& cls) {
           "draw", [](Camera& c) { c.draw(); },
           "For the active camera or one with render targets: gluPerspective and gluLookAt on\n"
           "the GL_PROJECTION stack, projMatrix and viewMatrix filled, GL_MODELVIEW left current.\n"
-          "Does nothing for other cameras. AttributeError before OnLoad.");
+          "A camera with targets then renders into them the scene's 3D objects, its point\n"
+          "lights (CAMERA_TARGET_POINTLIGHT) or, for CAMERA_TARGET_OBJECT, tagetNode as a list\n"
+          "of nodes (a plain node raises TypeError). Does nothing for other cameras.\n"
+          "AttributeError before OnLoad.");
 }
 
 void bind_camera_fields(CameraClass& cls) {

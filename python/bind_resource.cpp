@@ -15,6 +15,15 @@ py::object res_path_to_py(const ResPath& path) {
   return py::none();
 }
 
+py::list dynamic_record_to_py(const DynamicTextureRecord& r) {
+  py::list out;
+  out.append(r.Width);
+  out.append(r.Height);
+  out.append(r.Format);
+  out.append(r.Depth);
+  return out;
+}
+
 }  // namespace
 
 void bind_resource(py::module_& m) {
@@ -96,6 +105,52 @@ void bind_resource(py::module_& m) {
             return out;
           },
           "File name to load result (stays empty).")
+      .def_property_readonly(
+          "DynamicTextureDict",
+          [](const PyGameResManager& r) {
+            py::dict out;
+            for (const auto& [id, record] : r.DynamicTextureDict) out[py::int_(id)] = dynamic_record_to_py(record);
+            return out;
+          },
+          "GL texture id -> [Width, Height, Format, Depth] of each generated texture (a copy).")
+      .def_property_readonly(
+          "RenderTargetFrameBufferDict",
+          [](const PyGameResManager& r) {
+            py::dict out;
+            for (const auto& [id, frameBuffer] : r.RenderTargetFrameBufferDict) out[py::int_(id)] = frameBuffer;
+            return out;
+          },
+          "Render-target texture id -> its frame buffer id (a copy).")
+      .def("AddDynamicTexture", &PyGameResManager::AddDynamicTexture, py::arg("texID"), py::arg("Width"),
+           py::arg("Height"), py::arg("Format"), py::arg("Depth"),
+           "Records a generated texture: DynamicTextureDict[texID] = [Width, Height, Format, Depth].")
+      .def(
+          "GetDynamicTexture",
+          [](const PyGameResManager& r, unsigned textID) -> py::object {
+            if (const DynamicTextureRecord* record = r.GetDynamicTexture(textID)) return dynamic_record_to_py(*record);
+            return py::none();
+          },
+          py::arg("textID"), "[Width, Height, Format, Depth] of a generated texture, or None.")
+      .def("GetRenderTargetTextureFrameBuffer", &PyGameResManager::GetRenderTargetTextureFrameBuffer,
+           py::arg("textID"), "The frame buffer of a render-target texture, or None.")
+      .def("AddSSAORandTexture", &PyGameResManager::AddSSAORandTexture, py::arg("Width") = 10, py::arg("Height") = 10,
+           "A new Width x Height noise texture for ambient occlusion (R and G random, B 0,\n"
+           "repeating, linear filters), recorded as [Width, Height, 'RGB', 24]. Returns its id.\n"
+           "ValueError for a negative or oversized size.")
+      .def("CreateRenderTargetTexture", &PyGameResManager::CreateRenderTargetTexture, py::arg("texWidth") = 0,
+           py::arg("texHeight") = 0, py::arg("IsDepthBuffer") = false,
+           "A colour texture with its own frame buffer and depth-stencil render buffer, for\n"
+           "Vorn_3DGameNode.SetRenderTargetTexture. A side of 0 or less takes SCREEN_WIDTH /\n"
+           "SCREEN_HEIGHT. The IsDepthBuffer variant sets no texture filters. Returns the\n"
+           "texture id; nothing releases it.")
+      .def(
+          "MakeBumpImage",
+          [](PyGameResManager& r, const std::string& fileName) { return load_result_to_py(r.MakeBumpImage(fileName)); },
+          py::arg("fileName"),
+          "(image, width, height, False): an RGB normal map of the PNG or JPG of that name in\n"
+          "the index, its brightness taken as height. A flat picture gives (0, 0, 255); R\n"
+          "and G hold the positive part of the normal's x and y. (None, 0, 0, False) when\n"
+          "the file is not found or not readable.")
       .def("ListSkyBoxTexture", &PyGameResManager::ListSkyBoxTexture,
            "Entries of SkyBox: a folder gives its left.jpg path, a file its own path.")
       .def("ListTerrainDir", &PyGameResManager::ListTerrainDir, "The folders below Terrain.")

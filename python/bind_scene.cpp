@@ -148,6 +148,12 @@ void bind_scene_class(py::module_& m) {
           "ObjectArray_2D.")
       .def("CreateCamera", [](Scene& s, double x, double y, double z) { return node_to_py(s.CreateCamera(x, y, z)); },
            py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0, "A camera looking at the origin, in CameraList.")
+      .def(
+          "CreateShadowMapCamera",
+          [](Scene& s, double x, double y, double z) { return node_to_py(s.CreateShadowMapCamera(x, y, z)); },
+          py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0,
+          "A camera as CreateCamera makes it, with a depth target of the window's size\n"
+          "(CreateDepthTarget()), in CameraList. Give it to nodes by SetShadowMapCamera.")
       .def("CreateDrawNode", [](Scene& s) { return node_to_py(s.CreateDrawNode()); },
            "A Vorn_3DDrawNode in DrawNodeArray_3D.")
       .def(

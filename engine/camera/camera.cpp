@@ -167,6 +167,7 @@ void Vorn_3DCamera::update(double delay) {
 // ---- Follow camera of the node ----
 
 void RegisterCameraHooks() {
+  RegisterShadowMapCameraHooks();
   followCameraHooks.create = [] { return Vorn_3DGameNode::Ptr(MakeNode<Vorn_3DCamera>()); };
   followCameraHooks.catch_target = [](Vorn_3DGameNode& camera, Vorn_3DGameNode& target) {
     auto* cam = dynamic_cast<Vorn_3DCamera*>(&camera);

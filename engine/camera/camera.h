@@ -4,6 +4,8 @@
 // node. Implemented over two files:
 //   camera.cpp     data, view matrix, targeting, movement, update (no GL)
 //   camera_gl.cpp  projection read-back, draw, screen ray and screen projection
+//   camera_targets.cpp     render-target records, texture matrices, ApplyFX (no GL)
+//   camera_targets_gl.cpp  creating targets and rendering node lists into them
 //
 // Ownership: `tagetNode` is a non-owning reference (the caught node usually owns the
 // camera as its FollowCamera). Make cameras with MakeNode<Vorn_3DCamera>(...).
@@ -12,6 +14,7 @@
 #include <memory>
 #include <optional>
 #include <utility>
+#include <vector>
 
 #include "core/math_util.h"
 #include "core/ordered_map.h"
@@ -98,6 +101,32 @@ class Vorn_3DCamera : public Vorn_3DGameNode {
   void RotateX(double rx) override;
   void RotateY(double ry) override;
 
+  // ---- Render targets ----
+  // A colour target (CameraType becomes CAMERA_RENDERGARGET) of texWidth x texHeight, 0
+  // meaning SCREEN_WIDTH / SCREEN_HEIGHT; floatMode gives 16-bit float channels. The
+  // texture is registered with ResManagerInstance. Returns the texture. ValueError for
+  // a negative or oversized side, AttributeError without a resource manager.
+  unsigned CreateRenderTarget(int texWidth = 0, int texHeight = 0, bool floatMode = false);
+  // A depth target (CameraType becomes CAMERA_DEPTH): a colour texture that receives
+  // depth through Vorn_3DFX.FX_DEPTH, forced on every node rendered into it.
+  unsigned CreateDepthTarget(int texWidth = 0, int texHeight = 0);
+  std::optional<unsigned> GetRenderTargetTexture() const;
+  std::optional<FloatList16> GetRenderTargetTextureMatrix() const;
+  std::optional<unsigned> GetDepthTargetTexture() const;
+  // (Width, Height) of the depth target, or (nothing, nothing).
+  std::pair<std::optional<int>, std::optional<int>> GetDepthTargetTextureSize() const;
+  std::optional<FloatList16> GetDepthTargetTextureMatrix() const;
+  // Clip space to texture space of a target: y flipped, half-texel offset.
+  // ZeroDivisionError for a side of 0.
+  static FloatList16 TextureMatrix(int TextureWidth, int TextureHeight);
+  // Sets the forced FX of the record of the last target created; a camera without
+  // targets ignores it. IncludeChildren plays no part for a camera.
+  void ApplyFX(int VN_3DFXID, bool IncludeChildren = false) override;
+  // Clears each target and draws the nodes into it (with the record's FX forced and
+  // restored node by node), with zero world rotation; framebuffer 0 is bound after.
+  void RenderObjListToRenderTarget(const NodeList& objList);
+  void RenderObjListToRenderTarget(const std::vector<NodePtr>& objList);
+
   // ---- Per frame ----
   // Base update, then a rendering camera takes the caught node's position as target.
   void update(double delay) override;
@@ -132,7 +161,19 @@ class Vorn_3DCamera : public Vorn_3DGameNode {
   bool IsRendering(const NodeScene& scene) const;
   // Projection and view for this frame (the steps every rendering camera takes).
   void SetupProjectionAndView();
+  // The target part of draw: the list CameraTargetType names, rendered into every
+  // target, with the scene's fog off while EnableSceneFog is false.
+  void RenderTargets(NodeScene& scene);
+
+ private:
+  unsigned CreateTarget(int key, int texWidth, int texHeight, bool floatMode, std::optional<int> fxid,
+                        const char* where);
+  const RenderTargetRecord* FindTarget(int key) const { return RenderTargetArray.find(key); }
 };
+
+// Fills shadowMapCameraHooks so that a node's ShadowMapCamera hands the size of its
+// depth target and its matrices to the programs. RegisterCameraHooks calls it.
+void RegisterShadowMapCameraHooks();
 
 // Fills followCameraHooks so that Vorn_3DGameNode::CreateFollowCamera makes cameras.
 // Runs by itself at start-up in any program that links camera code; a host that

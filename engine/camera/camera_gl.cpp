@@ -60,7 +60,7 @@ void Vorn_3DCamera::draw(double /*rx*/, double /*ry*/, double /*rz*/) {
   auto scene = RequireScene("draw");
   if (!IsRendering(*scene)) return;
   SetupProjectionAndView();
-  // A camera with render targets renders its list of nodes into them from here.
+  if (!RenderTargetArray.empty()) RenderTargets(*scene);
 }
 
 std::pair<Vector3, Vector3> Vorn_3DCamera::ScreenPtTo3DPointAndDir(double px, double py, bool inverse) const {

@@ -40,9 +40,6 @@ struct RenderTargetHooks {
   std::function<std::optional<unsigned>(unsigned texID)> frameBuffer;
   // The record of a generated texture, or nothing for an unknown id.
   std::function<std::optional<DynamicTextureSize>(unsigned texID)> dynamicTexture;
-  // Records a GL texture the node made itself (a cube map): AddDynamicTexture.
-  std::function<void(unsigned texID, int width, int height, const std::string& format, int depth)>
-      addDynamicTexture;
 };
 inline RenderTargetHooks renderTargetHooks;
 

@@ -16,7 +16,6 @@
 #include "core/vector3.h"
 #include "node/bump_map.h"
 #include "node/game_node.h"
-#include "node/node_draw_hooks.h"
 #include "node/node_textures_read.h"
 #include "resource/dds_reader.h"
 #include "resource/image_file_loader.h"
@@ -186,20 +185,16 @@ void Vorn_3DGameNode::SetDynamicTextureID(unsigned texID, int channel) {
 
 void Vorn_3DGameNode::SetSubMeshDynamicTextureID(int submeshIndex, unsigned texID, int channel) {
   if (!ResManagerInstance) return;
-  if (!renderTargetHooks.dynamicTexture) {
-    throw RuntimeError(
-        "Vorn_3DGameNode.SetSubMeshDynamicTextureID: generated textures are not available in this build");
-  }
-  const std::optional<DynamicTextureSize> texInfo = renderTargetHooks.dynamicTexture(texID);
+  const DynamicTextureRecord* texInfo = ResManagerInstance->GetDynamicTexture(texID);
   if (!texInfo) return;
   std::vector<TextureInfo>& records = records_of(*this, submeshIndex, "SetSubMeshDynamicTextureID");
   // Made by someone else: the draw never uploads it.
   TextureInfo rec;
   rec.channel = channel;
   rec.texID = texID;
-  rec.Format = texInfo->format;
-  rec.width = texInfo->width;
-  rec.height = texInfo->height;
+  rec.Format = texInfo->Format;
+  rec.width = texInfo->Width;
+  rec.height = texInfo->Height;
   rec.genFinish = true;
   rec.mipMap = false;
   rec.density = 1.0;

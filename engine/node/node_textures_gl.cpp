@@ -12,7 +12,6 @@
 #include "core/console.h"
 #include "core/errors.h"
 #include "node/game_node.h"
-#include "node/node_draw_hooks.h"
 #include "node/node_textures_read.h"
 #include "resource/image_path.h"
 #include "resource/res_manager.h"
@@ -53,9 +52,6 @@ std::optional<std::string> find_face(const PyGameResManager& res, const std::str
 bool Vorn_3DGameNode::LoadSubMeshCubeMapTextureFromFile(int submeshIndex, const std::string& cubeTextureDir) {
   constexpr const char* op = "Vorn_3DGameNode.LoadSubMeshCubeMapTextureFromFile";
   if (!ResManagerInstance) throw RuntimeError(std::string(op) + ": no ResManagerInstance; create the PyGameResManager first");
-  if (!renderTargetHooks.addDynamicTexture || !renderTargetHooks.dynamicTexture) {
-    throw RuntimeError(std::string(op) + ": generated textures are not available in this build");
-  }
   if (!TextureArray.find(submeshIndex)) {
     throw KeyError(std::string(op) + ": submesh " + std::to_string(submeshIndex) +
                    " has no texture entry (create it with CreateSubMesh)");
@@ -99,7 +95,7 @@ bool Vorn_3DGameNode::LoadSubMeshCubeMapTextureFromFile(int submeshIndex, const 
   glTexParameteri(GL_TEXTURE_CUBE_MAP, GL_TEXTURE_WRAP_R, GL_CLAMP_TO_EDGE);
   glBindTexture(GL_TEXTURE_CUBE_MAP, 0);
 
-  renderTargetHooks.addDynamicTexture(cubeMapTexID, width, height, "CUBE", depth);
+  ResManagerInstance->AddDynamicTexture(cubeMapTexID, width, height, "CUBE", depth);
   SetSubMeshDynamicTextureID(submeshIndex, cubeMapTexID, 0);
   return true;
 }

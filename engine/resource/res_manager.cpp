@@ -50,6 +50,7 @@ std::shared_ptr<PyGameResManager> PyGameResManager::Create(const std::string& re
 
 void PyGameResManager::Init(const std::string& root) {
   CreateFXManager();
+  RegisterRenderTargetHooks();
   ExtensionList = SplitExtensions(ReadGLExtensionString());
   ETC_Support = CheckCompressTextureFormat_ETC();
   DXT_Support = CheckCompressTextureFormat_DXT();

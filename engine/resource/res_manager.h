@@ -17,6 +17,14 @@
 
 namespace vorn {
 
+// A generated texture: size, mode text ("RGB") and bits per pixel.
+struct DynamicTextureRecord {
+  int Width = 0;
+  int Height = 0;
+  std::string Format;
+  int Depth = 0;
+};
+
 // What GetResPath finds: nothing, one path, or every path that bears the name.
 using ResPath = std::variant<std::monostate, std::string, std::vector<std::string>>;
 
@@ -39,6 +47,10 @@ class PyGameResManager : public std::enable_shared_from_this<PyGameResManager> {
   std::vector<std::string> ImageDict_MemManage_List;
   int ImageDict_MemManage_Total = 100;
   int ImageDict_MemManage_Count = 0;
+  // Generated textures by GL texture id, and the frame buffer of each render-target
+  // texture. Nothing removes entries: the GL objects live until the process ends.
+  OrderedMap<unsigned, DynamicTextureRecord> DynamicTextureDict;
+  OrderedMap<unsigned, unsigned> RenderTargetFrameBufferDict;
   // Paths of the scene side files ("<scene>_Res.Json") found below "Scene", in scan order.
   std::vector<std::string> SceneJsonDict;
   int soundPlayCount = 0;
@@ -65,6 +77,23 @@ class PyGameResManager : public std::enable_shared_from_this<PyGameResManager> {
   // The numbered PNG files that share the stem of fileName's path before its last "_".
   std::vector<std::string> GetImageListFiles(const std::string& fileName) const;
 
+  // ---- Generated textures and render targets (res_manager_textures*.cpp) ----
+  void AddDynamicTexture(unsigned texID, int Width, int Height, const std::string& Format, int Depth);
+  // The record of a generated texture, or nothing for an unknown id.
+  const DynamicTextureRecord* GetDynamicTexture(unsigned textID) const { return DynamicTextureDict.find(textID); }
+  // The frame buffer a render-target texture belongs to, or nothing.
+  std::optional<unsigned> GetRenderTargetTextureFrameBuffer(unsigned textID) const;
+  // A Width x Height noise texture for the ambient occlusion pass: R and G random, B 0,
+  // repeating, linear. ValueError for a negative or oversized size (GL-facing).
+  unsigned AddSSAORandTexture(int Width = 10, int Height = 10);
+  // A colour texture with its frame buffer and a depth-stencil render buffer; a size of
+  // 0 or less takes SCREEN_WIDTH / SCREEN_HEIGHT. The depth variant sets no filters
+  // (GL-facing).
+  unsigned CreateRenderTargetTexture(int texWidth = 0, int texHeight = 0, bool IsDepthBuffer = false);
+  // A normal map derived from the brightness of a picture found by name in the index:
+  // (image, width, height, false), or the failure value.
+  ImageLoadResult MakeBumpImage(const std::string& fileName);
+
   std::vector<std::string> ListSkyBoxTexture() const;
   std::vector<std::string> ListTerrainDir() const;
   std::vector<std::string> ListOceanDir() const;
@@ -80,6 +109,11 @@ class PyGameResManager : public std::enable_shared_from_this<PyGameResManager> {
  private:
   void Scan(const std::string& parentDir, const std::string* dirType, int depth);
 };
+
+// Fills renderTargetHooks of the node draw from ResManagerInstance, so that a node's
+// SetRenderTargetTexture finds the targets made here. The manager's construction
+// calls it; calling it again is harmless.
+void RegisterRenderTargetHooks();
 
 // Reads the extension list of the current context (GL-facing).
 std::string ReadGLExtensionString();

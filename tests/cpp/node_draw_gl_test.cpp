@@ -384,6 +384,9 @@ TEST_F(NodeDrawGL, RenderTargetDrawsOffscreenAndRedrawsOnScreenInDebugMode) {
 
   // 200 world units of the 320-wide view are 40 pixels of the 64-pixel target.
   auto n = Quad(0, 0, 200, 200, true, Vorn_3DFX::FX_DIFFUSE);
+  // Without hooks (the resource manager fills them when it is made) targets are unknown.
+  const RenderTargetHooks savedHooks = renderTargetHooks;
+  renderTargetHooks = {};
   EXPECT_THROW(n->SetRenderTargetTexture(tex), RuntimeError);
   renderTargetHooks.frameBuffer = [&](unsigned id) { return id == tex ? std::optional<unsigned>(fbo) : std::nullopt; };
   renderTargetHooks.dynamicTexture = [&](unsigned id) {
@@ -392,7 +395,7 @@ TEST_F(NodeDrawGL, RenderTargetDrawsOffscreenAndRedrawsOnScreenInDebugMode) {
   n->SetRenderTargetTexture(tex, false);
   EXPECT_THROW(n->SetRenderTargetTexture(tex + 1000), TypeError);
   n->SetRenderTargetTexture(tex, false);
-  renderTargetHooks = {};
+  renderTargetHooks = savedHooks;
   EXPECT_EQ(n->TargetFrameWidth, 64);
 
   DEBUG_MODE = false;

@@ -206,8 +206,10 @@ TEST_F(TexturesGL, CubeMapLoadsSixFacesAndALostFaceReturnsFalse) {
   EXPECT_EQ(rec.channel, 0);
   EXPECT_TRUE(rec.genFinish);
   EXPECT_EQ((std::array<int, 2>{rec.width, rec.height}), (std::array<int, 2>{8, 8}));
-  ASSERT_TRUE(res.dynamic.contains(rec.texID));
-  EXPECT_EQ(res.dynamic[rec.texID].format, "CUBE");
+  const DynamicTextureRecord* registered = res.manager().GetDynamicTexture(rec.texID);
+  ASSERT_TRUE(registered);
+  EXPECT_EQ(registered->Format, "CUBE");
+  EXPECT_EQ(registered->Depth, 24);
 
   // Each face holds its own picture, in the order +x, -x, +y, -y, +z, -z.
   glBindTexture(GL_TEXTURE_CUBE_MAP, rec.texID);

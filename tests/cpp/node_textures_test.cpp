@@ -153,7 +153,7 @@ TEST(NodeTextures, GeneratedTexturesAreAppendedFinishedAndUnknownIdsIgnored) {
   EXPECT_TRUE(n->TextureArray.at(a).empty());
 
   ResourceScope res(dir.file(""));
-  res.dynamic[42] = DynamicTextureSize{64, 32, "RGB"};
+  res.manager().AddDynamicTexture(42, 64, 32, "RGB", 24);
   n->SetSubMeshDynamicTextureID(a, 7);
   EXPECT_TRUE(n->TextureArray.at(a).empty());
   n->SetDynamicTextureID(42, 3);

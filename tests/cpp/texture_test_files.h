@@ -1,18 +1,15 @@
 #pragma once
 // Pictures and a resource index for the texture tests: quadrant images written as PNG,
-// JPG or TGA, a resource manager that only indexes a folder (no GL), and a stand-in
-// for the resource manager's table of generated textures.
+// JPG or TGA, and a resource manager that only indexes a folder (no GL).
 #include <turbojpeg.h>
 
 #include <array>
 #include <cstdint>
-#include <map>
 #include <memory>
 #include <string>
 
 #include "app/globals.h"
 #include "image_test_files.h"
-#include "node/node_draw_hooks.h"
 #include "resource/image.h"
 #include "resource/res_manager.h"
 
@@ -71,34 +68,20 @@ class IndexOnlyResManager : public PyGameResManager {
   }
 };
 
-// Installs an index of `root` as ResManagerInstance and a table of generated textures
-// in the render-target hooks; both are put back as they were at the end.
+// Installs an index of `root` as ResManagerInstance, put back as it was at the end.
 class ResourceScope {
  public:
-  explicit ResourceScope(const std::string& root)
-      : savedRes_(ResManagerInstance), savedHooks_(renderTargetHooks) {
+  explicit ResourceScope(const std::string& root) : saved_(ResManagerInstance) {
     ResManagerInstance = std::make_shared<IndexOnlyResManager>(root);
-    renderTargetHooks.dynamicTexture = [this](unsigned id) -> std::optional<DynamicTextureSize> {
-      const auto it = dynamic.find(id);
-      if (it == dynamic.end()) return std::nullopt;
-      return it->second;
-    };
-    renderTargetHooks.addDynamicTexture = [this](unsigned id, int w, int h, const std::string& format, int) {
-      dynamic[id] = DynamicTextureSize{w, h, format};
-    };
   }
-  ~ResourceScope() {
-    ResManagerInstance = savedRes_;
-    renderTargetHooks = savedHooks_;
-  }
+  ~ResourceScope() { ResManagerInstance = saved_; }
   ResourceScope(const ResourceScope&) = delete;
   ResourceScope& operator=(const ResourceScope&) = delete;
 
-  std::map<unsigned, DynamicTextureSize> dynamic;
+  PyGameResManager& manager() { return *ResManagerInstance; }
 
  private:
-  std::shared_ptr<PyGameResManager> savedRes_;
-  RenderTargetHooks savedHooks_;
+  std::shared_ptr<PyGameResManager> saved_;
 };
 
 }  // namespace vorn::test

@@ -116,8 +116,8 @@ def test_draw_node_keeps_only_its_latest_shape(fx, capsys):
     assert capsys.readouterr().out == ""
 
 
-def test_render_target_needs_render_target_support(fx):
+def test_render_target_of_an_unknown_texture(fx):
     n = V.Vorn_3DGameNode()
-    with pytest.raises(RuntimeError, match="SetRenderTargetTexture"):
-        n.SetRenderTargetTexture(1)
+    with pytest.raises(TypeError, match="SetRenderTargetTexture"):
+        n.SetRenderTargetTexture(987654)
     assert n.TargetFrameBuffer is None

@@ -12,7 +12,6 @@
 #include "app/globals.h"
 #include "core/console.h"
 #include "core/errors.h"
-#include "core/math_util.h"
 #include "core/vector3.h"
 #include "node/bump_map.h"
 #include "node/game_node.h"

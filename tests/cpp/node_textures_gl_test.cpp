@@ -134,6 +134,8 @@ TEST_F(TexturesGL, PngJpgAndBothTgaOriginsShowUprightOnDiffuseTexturedQuads) {
   }
   for (std::size_t i = 0; i < files.size(); ++i) {
     EXPECT_TRUE(quads[i]->TextureArray.at(0)[0].genFinish) << files[i];
+    // The TGA reader's pictures always carry alpha.
+    EXPECT_EQ(quads[i]->TextureArray.at(0)[0].Format, i < 2 ? "RGB" : "RGBA") << files[i];
     ExpectQuadrants(10 + 75.0 * i, 60, 64, i == 1 ? 12 : 3, files[i]);
   }
 }

@@ -1,6 +1,5 @@
 // Texture records of submeshes without GL: records from pixels and their misuse, the
-// file search and its console lines, the row order of each file kind, generated
-// textures, and the normal map generator.
+// file search and its console lines, generated textures, and the normal map generator.
 #include <gtest/gtest.h>
 
 #include <filesystem>
@@ -104,43 +103,6 @@ TEST(NodeTextures, FileSearchAsGivenThroughTheIndexAndBesideTheMesh) {
   EXPECT_EQ(console.lines(), std::vector<std::string>{"Can't read texture: " + dir.file("res/a/broken.png")});
   EXPECT_EQ(n->TextureArray.at(s).size(), 2u);
   EXPECT_THROW(n->LoadSubMeshTextureFromFile(9, 0, "twice.png"), KeyError);
-}
-
-TEST(NodeTextures, EveryFileKindGivesRowsFromTheBottomUp) {
-  TempDir dir;
-  const auto picture = Quadrants(4, kRed, kGreen, kBlue, kWhite);
-  picture->save(dir.file("rgb.png"));
-  Quadrants(4, kRed, kGreen, kBlue, kWhite, true)->save(dir.file("rgba.png"));
-  dir.write("bottom.tga", EncodeTGA(*picture, false));
-  dir.write("top.tga", EncodeTGA(*picture, true));
-  dir.write("q.jpg", EncodeJPG(*Quadrants(16)));
-
-  auto n = MakeNode<Node>();
-  const int s = n->CreateSubMesh("a", true);
-  struct Case {
-    const char* file;
-    const char* format;
-  };
-  for (const Case& c : {Case{"rgb.png", "RGB"}, Case{"rgba.png", "RGBA"}, Case{"bottom.tga", "RGBA"},
-                        Case{"top.tga", "RGBA"}, Case{"q.jpg", "RGB"}}) {
-    n->TextureArray.set(s, {});
-    n->LoadSubMeshTextureFromFile(s, 0, dir.file(c.file));
-    ASSERT_EQ(n->TextureArray.at(s).size(), 1u) << c.file;
-    const TextureInfo& rec = n->TextureArray.at(s)[0];
-    EXPECT_EQ(rec.Format, c.format) << c.file;
-    const int bands = rec.Format == "RGBA" ? 4 : 3;
-    const auto& d = *rec.imgData;
-    ASSERT_EQ(d.size(), static_cast<std::size_t>(rec.width * rec.height * bands)) << c.file;
-    // First byte row: the bottom of the picture (blue, then white); last row: the top.
-    const std::size_t last = static_cast<std::size_t>((rec.height - 1) * rec.width * bands);
-    const std::size_t right = static_cast<std::size_t>((rec.width - 1) * bands);
-    for (int k = 0; k < 3; ++k) {
-      EXPECT_NEAR(d[k], kBlue[k], 8) << c.file;
-      EXPECT_NEAR(d[right + k], kWhite[k], 8) << c.file;
-      EXPECT_NEAR(d[last + k], kRed[k], 8) << c.file;
-      EXPECT_NEAR(d[last + right + k], kGreen[k], 8) << c.file;
-    }
-  }
 }
 
 TEST(NodeTextures, GeneratedTexturesAreAppendedFinishedAndUnknownIdsIgnored) {

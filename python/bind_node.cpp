@@ -391,6 +391,7 @@ void bind_node(py::module_& m) {
   bind_node_fields(cls);
   bind_node_submesh(m, cls);
   bind_node_draw(cls);
+  bind_node_textures(cls);
 }
 
 }  // namespace vorn::py_bind

@@ -40,5 +40,6 @@ void bind_node_methods(NodeClass& cls);
 void bind_node_fields(NodeClass& cls);
 void bind_node_submesh(py::module_& m, NodeClass& cls);
 void bind_node_draw(NodeClass& cls);
+void bind_node_textures(NodeClass& cls);
 
 }  // namespace vorn::py_bind

@@ -129,6 +129,23 @@ void bind_scene_class(py::module_& m) {
       .def("Create2DText", &Scene::Create2DText, py::arg("x"), py::arg("y"), py::arg("text"), py::arg("r") = 1.0,
            py::arg("g") = 1.0, py::arg("b") = 1.0, py::arg("font") = Vorn_Text::FT_8_BY_13,
            "A Vorn_Text in TextArray.")
+      .def(
+          "Create2DRect",
+          [](Scene& s, double left, double top, double width, double height, double r, double g, double b) {
+            return node_to_py(s.Create2DRect(left, top, width, height, r, g, b));
+          },
+          py::arg("left"), py::arg("top"), py::arg("width"), py::arg("height"), py::arg("r") = 1.0, py::arg("g") = 1.0,
+          py::arg("b") = 1.0,
+          "A rectangle in pixels from the top left of the screen, coloured (r, g, b), with\n"
+          "Vorn_2DFX.FX_COLOR, in ObjectArray_2D.")
+      .def(
+          "Create2DImage",
+          [](Scene& s, double left, double top, double width, double height, std::optional<std::string> imageFile) {
+            return node_to_py(s.Create2DImage(left, top, width, height, imageFile));
+          },
+          py::arg("left"), py::arg("top"), py::arg("width"), py::arg("height"), py::arg("imageFile") = py::none(),
+          "A screen rectangle showing imageFile upright, with Vorn_2DFX.FX_TEXTURE, in\n"
+          "ObjectArray_2D.")
       .def("CreateCamera", [](Scene& s, double x, double y, double z) { return node_to_py(s.CreateCamera(x, y, z)); },
            py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0, "A camera looking at the origin, in CameraList.")
       .def(

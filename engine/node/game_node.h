@@ -13,6 +13,9 @@
 //   node_fx_gl.cpp      effect assignment and render targets
 //   node_draw_gl.cpp    the draw walk, textures, GL state and geometry
 //   node_draw_uniforms_gl.cpp  the uniforms of a draw
+//   node_textures.cpp   texture records: files, images, dynamic textures, bump maps
+//   node_textures_gl.cpp cube maps
+//   node_2d_shapes.cpp  screen-space rectangles and images
 //
 // Ownership: nodes live in std::shared_ptr. `children` owns; `parent`, `followTarget`
 // and `sceneInstance` are non-owning. Make nodes with MakeNode<T>(...), which also
@@ -273,6 +276,34 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   virtual void draw_axis(double /*rx*/ = 0, double /*ry*/ = 0, double /*rz*/ = 0) {}
   // Reach of a point light; the light class answers its range, other nodes 0.0.
   virtual double GetLightRange() const { return 0.0; }
+
+  // ---- Textures (node_textures.cpp, node_textures_gl.cpp) ----
+  // A file for a texture: fileName as given, else the first of its matches in the
+  // resource index, else the same name beside MeshFile; nothing when all fail.
+  std::optional<std::string> FindTextureFile(const std::string& fileName) const;
+  // Finds and reads fileName and appends it on `channel`; "Can't find texture:" when absent.
+  void LoadSubMeshTextureFromFile(int submeshIndex, int channel, const std::string& fileName, bool mipMap = true,
+                                  double density = 1.0);
+  // The six faces of cubeTextureDir (below the resource root) as one cube map on channel 0.
+  bool LoadSubMeshCubeMapTextureFromFile(int submeshIndex, const std::string& cubeTextureDir);
+  // A normal map from the channel 0 picture on `channel`, tangents and the bump FX.
+  void MakeSubMeshBump(int submeshIndex = 0, int channel = 1);
+  // One picture, as "RGBA" on channel 0, replacing the textures of every submesh.
+  virtual void LoadTextureFromFile(const std::string& fileName);
+  void LoadSubMeshTextureFromImage(int submeshIndex, int channel, TexturePixels imgData, const std::string& Format,
+                                   int width, int height, bool mipMap = true, double density = 1.0);
+  void SetDynamicTextureID(unsigned texID, int channel = 0);
+  // Appends an existing GL texture known to the resource manager; nothing for an unknown id.
+  void SetSubMeshDynamicTextureID(int submeshIndex, unsigned texID, int channel = 0);
+  void SetSubMeshTextureDensity(int submeshIndex, int channel, double density);
+  std::optional<TextureInfo> GetSubMeshTextureInfo(int submeshIndex, int channel) const;
+
+  // ---- 2D shapes in screen pixels (node_2d_shapes.cpp) ----
+  int Create2DShape(const std::string& submeshName, int shapeType = glc::QUADS);
+  void Draw2DRect(double left, double top, double width, double height, double r = 1.0, double g = 1.0,
+                  double b = 1.0);
+  void Draw2DImage(double left, double top, double width, double height,
+                   const std::optional<std::string>& textureFile = std::nullopt);
 
   // ---- Bindings and script hooks (node_bindings.cpp) ----
   void SetBindingVar(const std::string& varname, ScriptValue varvalue);

@@ -48,12 +48,15 @@ using Vec4Array = std::vector<VertexEntry<4>>;
 using FloatArray = std::vector<double>;
 using IndexArray = std::vector<std::int64_t>;
 
+// Pixels of a texture, shared between records and never changed once made.
+using TexturePixels = std::shared_ptr<const std::vector<std::uint8_t>>;
+
 // A texture of a submesh: nine entries addressed by position in scripts.
 struct TextureInfo {
   int channel = 0;
   unsigned texID = 0;
   // Pixels, rows from the bottom up; null for dynamic textures.
-  std::shared_ptr<const std::vector<std::uint8_t>> imgData;
+  TexturePixels imgData;
   std::string Format = "RGBA";
   int width = 0;
   int height = 0;

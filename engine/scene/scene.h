@@ -98,6 +98,11 @@ class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3
   // A camera as CreateCamera makes it, with a depth target of the window's size
   // (scene_factories_cameras.cpp).
   NodePtr CreateShadowMapCamera(double x = 0.0, double y = 0.0, double z = 0.0);
+  // Screen rectangles and images in pixels from the top left (scene_factories_2d.cpp).
+  NodePtr Create2DRect(double left, double top, double width, double height, double r = 1.0, double g = 1.0,
+                       double b = 1.0);
+  NodePtr Create2DImage(double left, double top, double width, double height,
+                        const std::optional<std::string>& imageFile = std::nullopt);
   NodePtr CreateDrawNode();
   NodePtr CreatePointLight(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
                            double range = 5.0, double r = 1.0, double g = 1.0, double b = 1.0);

@@ -11,6 +11,7 @@
 #include "core/gl_api.h"
 #include "resource/res_manager.h"
 #include "scene/scene.h"
+#include "shader/fx_3d.h"
 #include "shapes/draw_node.h"
 
 namespace vorn {
@@ -39,6 +40,8 @@ DemoOptions parse(const std::vector<std::string>& args) {
 // animated mesh will stand.
 void build_world(Vorn_3Dcene& scene) {
   auto newPlane = scene.CreatePlane(0.0, 0.0, 0.0, nullptr, 20, 20, 2.0);
+  newPlane->LoadTextureFromFile("wall.jpg");
+  newPlane->ApplyFX(Vorn_3DFX::FX_DIFFUSE_TEXTURE);
   newPlane->SetMeshColor(0.6, 0.6, 0.6, 0.6);
   auto sphere = scene.CreateSphere(-1.5, 1.0, 0.0, nullptr, 1.0);
   sphere->SetMeshColor(0.9, 0.4, 0.2, 1.0);

@@ -233,6 +233,11 @@ void bind_scene_class(py::module_& m) {
           },
           py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
           py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckR") = 30, "A Vorn_3DCapsule with FX_DIFFUSE.")
+      .def("LoadSkyBox", [](Scene& s, const std::string& dir) { return node_to_py(s.LoadSkyBox(dir)); },
+           py::arg("cubeTextureDir"),
+           "Shows the sky box with the cube map of cubeTextureDir (made on first use); hides the sphere.")
+      .def("LoadSkySphere", [](Scene& s, const std::string& file) { return node_to_py(s.LoadSkySphere(file)); },
+           py::arg("sphereTextureFile"), "Shows the sky sphere with one picture (made on first use); hides the box.")
       .def("GetPointLightList", [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->LightList}; })
       .def("Get2DObjectArray", [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->ObjectArray_2D}; })
       .def("Get3DObjectArray", [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &s->ObjectArray_3D}; })

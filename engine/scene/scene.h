@@ -97,6 +97,11 @@ class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3
   NodePtr CreateCamera(double x = 0.0, double y = 0.0, double z = 0.0);
   // A camera as CreateCamera makes it, with a depth target of the window's size
   // (scene_factories_cameras.cpp).
+  // The sky box (a 200-unit box with FX_SKYBOX and the cube map of cubeTextureDir) made
+  // once and shown; the sky sphere is hidden. The sky lives outside the registries.
+  NodePtr LoadSkyBox(const std::string& cubeTextureDir);
+  // The mirror of LoadSkyBox: a 200-unit sphere with FX_SKYSPHERE and one picture.
+  NodePtr LoadSkySphere(const std::string& sphereTextureFile);
   NodePtr CreateShadowMapCamera(double x = 0.0, double y = 0.0, double z = 0.0);
   // Screen rectangles and images in pixels from the top left (scene_factories_2d.cpp).
   NodePtr Create2DRect(double left, double top, double width, double height, double r = 1.0, double g = 1.0,

@@ -203,3 +203,28 @@ def test_driver_callbacks(scene, capsys):
     finally:
         V.SCREEN_WIDTH, V.SCREEN_HEIGHT = W, H
         V.openGLScene = None
+
+
+def test_sky_sphere_and_box_take_turns(scene, tmp_path):
+    sky = V.Vorn_Image("RGB", (8, 8), (20, 200, 40))
+    sky.save(str(tmp_path / "sky.png"))
+    scene.SetAmbientColor(1.0, 1.0, 1.0)
+    sphere = scene.LoadSkySphere(str(tmp_path / "sky.png"))
+    assert scene.GetCurrSkyObject() is sphere and sphere.IsVisible()
+    assert sphere not in list(scene.ObjectArray_3D)
+    scene.DrawScene()
+    corner = pixel(W - 5, H - 5)
+    assert all(abs(a - b) <= 3 for a, b in zip(corner, (20, 200, 40))), corner
+    # The box replaces the sphere; the sphere is kept, hidden.
+    faces = tmp_path / "SkyBox" / "blue"
+    faces.mkdir(parents=True)
+    for face in ("right", "left", "top", "bottom", "front", "back"):
+        # PNG bytes under the face's .jpg name: pictures are decoded by content.
+        V.Vorn_Image("RGB", (4, 4), (30, 60, 220)).save(str(faces / f"{face}.png"))
+        (faces / f"{face}.png").rename(faces / f"{face}.jpg")
+    box = scene.LoadSkyBox(str(faces))
+    scene.DrawScene()
+    corner = pixel(W - 5, H - 5)
+    assert all(abs(a - b) <= 3 for a, b in zip(corner, (30, 60, 220))), corner
+    assert scene.GetCurrSkyObject() is box and box.IsVisible() and not sphere.IsVisible()
+    assert scene.LoadSkySphere(str(tmp_path / "sky.png")) is sphere and not box.IsVisible()

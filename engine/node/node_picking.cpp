@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -56,11 +57,15 @@ bool line_meets_box(const Vector3& Pt, const Vector3& Dir, const double lo[3], c
 // World-space box around a submesh's positions: the local box's eight corners through
 // the matrix. False when it can't be had (a non-affine or non-finite matrix), in which
 // case the caller walks the triangles.
-bool world_box(const Vec3Array& positions, const FloatList16& m, double lo[3], double hi[3]) {
+bool world_box(const Vec3Array& positions, const FloatList16& m, double lo[3], double hi[3], bool& allComplete) {
   if (m[3] != 0.0 || m[7] != 0.0 || m[11] != 0.0 || m[15] != 1.0) return false;
   double llo[3] = {INFINITY, INFINITY, INFINITY}, lhi[3] = {-INFINITY, -INFINITY, -INFINITY};
+  allComplete = true;
   for (const auto& p : positions) {
-    if (p.size < 3) continue;  // such a vertex fails only if a triangle uses it
+    if (p.size < 3) {  // such a vertex fails only if a triangle uses it
+      allComplete = false;
+      continue;
+    }
     for (int a = 0; a < 3; ++a) {
       llo[a] = std::min(llo[a], p.v[a]);
       lhi[a] = std::max(lhi[a], p.v[a]);
@@ -81,6 +86,19 @@ bool world_box(const Vec3Array& positions, const FloatList16& m, double lo[3], d
   return true;
 }
 
+// Whether every index lies in [-n, n), the range a Python sequence of n accepts.
+// Shifted by n, a valid index is below 2n as an unsigned number and an invalid one
+// is not; four independent accumulators keep the loop from waiting on itself.
+bool indices_in_range(std::span<const std::int64_t> indices, std::size_t n) noexcept {
+  const auto shift = static_cast<std::uint64_t>(n), limit = 2 * static_cast<std::uint64_t>(n);
+  std::uint64_t bad[4] = {0, 0, 0, 0};
+  std::size_t i = 0;
+  for (; i + 4 <= indices.size(); i += 4)
+    for (int k = 0; k < 4; ++k) bad[k] |= static_cast<std::uint64_t>(indices[i + k]) + shift >= limit;
+  for (; i < indices.size(); ++i) bad[0] |= static_cast<std::uint64_t>(indices[i]) + shift >= limit;
+  return (bad[0] | bad[1] | bad[2] | bad[3]) == 0;
+}
+
 // Scratch space of the walk: world positions, carried on first use. One thread.
 std::vector<Vector3> worldPositions;
 std::vector<std::uint8_t> carried;
@@ -98,12 +116,17 @@ std::optional<PickDetail> Vorn_3DGameNode::checkPick(const Vector3& Pt, const Ve
     const std::size_t n = FaceVertex.size();
 
     double lo[3], hi[3];
-    if (world_box(FaceVertex, mat_float_list, lo, hi) && !line_meets_box(Pt, Dir, lo, hi)) {
+    bool allComplete = true;
+    if (world_box(FaceVertex, mat_float_list, lo, hi, allComplete) && !line_meets_box(Pt, Dir, lo, hi)) {
       // No triangle can be hit; the walk would still have failed on a bad index or an
-      // incomplete vertex, so those fail here too.
-      for (std::size_t i = 0; i < FaceCount * 3; ++i) {
-        const std::size_t v = py_index(FaceInfoArray[i], n);
-        if (FaceVertex[v].size < 3) short_position(s, v);
+      // incomplete vertex, so those fail here too. The common case, every index in
+      // range and every vertex complete, is one pass over the indices.
+      const auto used = std::span<const std::int64_t>(FaceInfoArray.data(), FaceCount * 3);
+      if (!allComplete || !indices_in_range(used, n)) {
+        for (const std::int64_t i : used) {
+          const std::size_t v = py_index(i, n);
+          if (FaceVertex[v].size < 3) short_position(s, v);
+        }
       }
       continue;
     }

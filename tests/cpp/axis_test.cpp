@@ -92,23 +92,5 @@ TEST(Axis, PicksTheFirstAxisTheRayMeetsOnTheBoundNode) {
   EXPECT_FALSE(axis->checkPick(Vector3(6.0, 9.0, 0.05), down));
 }
 
-TEST(Axis, DragIsTakenOnlyWithAPickedTranslateAxis) {
-  auto axis = MakeNode<Vorn_3DAxis>();
-  axis->SetType("t");
-  EXPECT_FALSE(axis->Drag(3.0, 4.0));
-  EXPECT_FALSE(axis->Dragging);
-  axis->PickedAxis = "y";
-  axis->SetType("r");
-  EXPECT_FALSE(axis->Drag(3.0, 4.0));
-  axis->SetType("t");
-  EXPECT_TRUE(axis->Drag(3.0, 4.0));
-  EXPECT_TRUE(axis->Dragging);
-  EXPECT_EQ(axis->offsetX, 3.0);
-  EXPECT_EQ(axis->offsetY, 4.0);
-  axis->ReleaseDrag();
-  EXPECT_FALSE(axis->Dragging);
-  EXPECT_EQ(axis->PickedAxis, "y");
-}
-
 }  // namespace
 }  // namespace vorn

@@ -41,13 +41,18 @@ void set_axis(Node& n, int axis, py::handle value, bool relative, const char* wh
   n.xyzIntMask = static_cast<std::uint8_t>(isInt ? (n.xyzIntMask | bit) : (n.xyzIntMask & ~bit));
 }
 
+}  // namespace
+
 py::object pick_detail_to_py(const PickDetail& d) {
   py::list corners;
   for (const auto& c : d.corners) corners.append(c);
   return make_list(d.position, corners, py::none());
 }
 
-}  // namespace
+py::tuple pick_result_to_py(const std::optional<PickDetail>& hit) {
+  if (!hit) return py::make_tuple(false, py::none());
+  return py::make_tuple(true, pick_detail_to_py(*hit));
+}
 
 UpdateCallback update_callback_from_py(py::handle function, const char* where) {
   UpdateCallback cb;

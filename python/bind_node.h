@@ -31,6 +31,11 @@ py::list make_list(T&&... values) {
 UpdateCallback update_callback_from_py(py::handle function, const char* where);
 PickCallback pick_callback_from_py(py::handle function, PickCallback Vorn_3DGameNode::*field, const char* where);
 
+// DetailInfo of a pick, [position, [V1, V2, V3], None], and the pick result: the pair
+// (True, DetailInfo) on a hit, (False, None) on a miss.
+py::object pick_detail_to_py(const PickDetail& d);
+py::tuple pick_result_to_py(const std::optional<PickDetail>& hit);
+
 // Makes the Python type of a node class (bound with py::dynamic_attr()) show the
 // script values its nodes hold to the cycle collector. Every bound node class calls it.
 void enable_node_gc(py::handle type);

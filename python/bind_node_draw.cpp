@@ -36,9 +36,31 @@ void bind_node_draw(NodeClass& cls) {
            "Hook for subclasses, called with the submesh's program bound; empty here.")
       .def("draw_children", &Node::draw_children, "draw() of every child, with no rotation.")
       .def("draw_skeleton", &Node::draw_skeleton, "Debug hook; empty here.")
-      .def("draw_picktriangle", &Node::draw_picktriangle, "Pick event hook of the draw; empty here.")
+      .def("draw_picktriangle", &Node::draw_picktriangle,
+           "The pick event, run inside draw: while the scene has a pick requested, a hit of\n"
+           "its pick ray selects this node (Select3DObject), calls PickDownFunction(self,\n"
+           "DetailInfo) if Enable_PickDown and, with PickTriangleVisible, marks the triangle\n"
+           "on the scene's draw node.")
+      .def("draw_boundingbox", &Node::draw_boundingbox,
+           "With the node visible and its box visible: the box from boxMin to boxMax as\n"
+           "corner brackets (edges along x red, y green, z blue), in the transform in force.")
       .def("draw_axis", &Node::draw_axis, py::arg("rx") = 0, py::arg("ry") = 0, py::arg("rz") = 0,
-           "Axis debug aid; empty here.")
+           "With the node visible and axisVisible: unit lines along the node's x (red), y\n"
+           "(green) and z (blue) axes, placed by its AxisMatrix.")
+      .def(
+          "checkPick",
+          [](Node& n, const Vector3& Pt, const Vector3& Dir, double Length) {
+            return pick_result_to_py(n.checkPick(Pt, Dir, Length));
+          },
+          py::arg("Pt"), py::arg("Dir"), py::arg("Length") = 99999.0,
+          "The world-space line through Pt along Dir against the node's triangles (three\n"
+          "indices a triangle, corners through WorldMatrix): (True, [position, [V1, V2, V3],\n"
+          "None]) for the first triangle hit in submesh and index order (not the nearest),\n"
+          "else (False, None). Length is not used. Planes, boxes and the gizmo answer\n"
+          "with their own test.")
+      .def("GetBoundingBox", &Node::GetBoundingBox, py::arg("LocalMode") = true,
+           "(boxMin, boxMax); with LocalMode False both corners moved by WorldMatrix (not\n"
+           "the box around the moved box).")
       .def("GetLightRange", &Node::GetLightRange, "Reach of a point light; 0.0 for other nodes.");
 }
 

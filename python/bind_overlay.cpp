@@ -1,4 +1,4 @@
-// Overlays: 2D text (particles and the gizmo join later).
+// Overlays: the axis gizmo and 2D text (particles join later).
 #include <memory>
 
 #include "bind_common.h"
@@ -27,24 +27,47 @@ void bind_axis(py::module_& m) {
   cls.def(
          "Binding",
          [](Vorn_3DAxis& a, py::handle node) { a.Binding(node.is_none() ? nullptr : node_arg(node, "Vorn_3DAxis.Binding")); },
-         py::arg("gameNode"), "Binds the gizmo to a node (None unbinds) and takes the axis program.")
-      .def("SetType", &Vorn_3DAxis::SetType, py::arg("type"), "Sets AxisType (\"t\" translates).")
+         py::arg("gameNode"), "Binds the gizmo to a node (None unbinds) and takes the axis program once.")
+      .def("SetType", &Vorn_3DAxis::SetType, py::arg("type"),
+           "Sets AxisType: \"t\" translates (picks and drags), \"s\" shows the scale shape,\n"
+           "\"r\" the rotation rings.")
       .def("GetType", &Vorn_3DAxis::GetType, "AxisType.")
+      .def("BuildTranslateAxisPickTriangle", &Vorn_3DAxis::BuildTranslateAxisPickTriangle,
+           "Fills PickTriangleDict['t'] with the three arrows: a bar of half-width 0.1 to 2.0\n"
+           "and a head of half-width 0.2 to 2.5 along each axis. The constructor calls it.")
+      .def("BuildScaleAxisPickTriangle", &Vorn_3DAxis::BuildScaleAxisPickTriangle,
+           "Does nothing: the scale shape has no pick surface.")
+      .def("DrogMoving", &Vorn_3DAxis::DrogMoving, py::arg("offsetX"), py::arg("offsetY"),
+           "Moves the bound node along PickedAxis by mouse offsets: each offset times its\n"
+           "dot with the axis's unit direction on the screen, times 0.002 * 800 / SCREEN_WIDTH\n"
+           "(x) or 0.002 * 600 / SCREEN_HEIGHT (y), clamped to [-1, 1]; the node moves by\n"
+           "half the sum. Needs the active camera's matrices of the running pass.")
       .def("Drag", &Vorn_3DAxis::Drag, py::arg("offsetX"), py::arg("offsetY"),
-           "With a picked translate axis: stores the offsets for the next draw and returns True.")
+           "With a picked translate axis: stores the offsets for the next draw, sets Dragging\n"
+           "and returns True; otherwise False.")
       .def("ReleaseDrag", &Vorn_3DAxis::ReleaseDrag, "Ends the drag; the picked axis stays.")
+      .def("draw_translate", &Vorn_3DAxis::draw_translate,
+           "The arrows of PickTriangleDict['t'] as GL triangles: x red, y green, z blue, the\n"
+           "picked axis yellow.")
+      .def("draw_scale", &Vorn_3DAxis::draw_scale, "A bar with a block on its end per axis, as GL quads.")
+      .def("draw_rotate", &Vorn_3DAxis::draw_rotate, "A ring about each axis, as GL quads.")
+      .def("draw_picktriangle", &Vorn_3DAxis::draw_picktriangle,
+           "Run inside draw: while Dragging, DrogMoving(offsetX, offsetY) and the offsets go\n"
+           "back to 0; otherwise checkPick with the scene's ray of the stored mouse position.")
       .def_property(
           "GameNode", [](const Vorn_3DAxis& a) { return node_to_py(a.GameNode.lock()); },
           [](Vorn_3DAxis& a, py::handle node) {
             a.GameNode = node.is_none() ? nullptr : node_arg(node, "Vorn_3DAxis.GameNode");
           },
           "The bound node, or None.")
-      .def_readwrite("AxisType", &Vorn_3DAxis::AxisType)
-      .def_readwrite("Dragging", &Vorn_3DAxis::Dragging)
-      .def_readwrite("offsetX", &Vorn_3DAxis::offsetX)
-      .def_readwrite("offsetY", &Vorn_3DAxis::offsetY)
-      .def_readwrite("PickedAxis", &Vorn_3DAxis::PickedAxis)
-      .def_readwrite("PickTriangleDict", &Vorn_3DAxis::PickTriangleDict);
+      .def_readwrite("AxisType", &Vorn_3DAxis::AxisType, "\"t\", \"s\", \"r\" or None.")
+      .def_readwrite("Dragging", &Vorn_3DAxis::Dragging, "A drag is under way.")
+      .def_readwrite("offsetX", &Vorn_3DAxis::offsetX, "Mouse offset waiting for the next draw.")
+      .def_readwrite("offsetY", &Vorn_3DAxis::offsetY, "Mouse offset waiting for the next draw.")
+      .def_readwrite("PickedAxis", &Vorn_3DAxis::PickedAxis, "\"x\", \"y\", \"z\" or None.")
+      .def_readwrite("PickTriangleDict", &Vorn_3DAxis::PickTriangleDict,
+                     "Type to axis to vertices ([x, y, z], three a triangle) in the gizmo's own\n"
+                     "space. Reading gives a copy; assign a whole new dict to change it.");
 }
 
 }  // namespace

@@ -253,12 +253,35 @@ void bind_scene_class(py::module_& m) {
            py::arg("tagName"), "First registered terrain with the tag, or None.");
 
   // Picking and the gizmo.
-  cls.def("GetScree3DPointAndDir", &Scene::GetScree3DPointAndDir,
-          "The ray of the stored mouse position, in rotated world space.")
+  cls.def(
+         "Select3DObject",
+         [](Scene& s, py::handle object3D, std::optional<std::string> axisType) {
+           s.Select3DObject(object3D.is_none() ? nullptr : node_arg(object3D, "Vorn_3Dcene.Select3DObject"),
+                            std::move(axisType));
+         },
+         py::arg("object3D"), py::arg("axisType") = Scene::DefaultAxisType,
+         "Binds the gizmo (CurrObjectAxis) to object3D and sets its type: \"t\" translates\n"
+         "and is what a picked node gets; None unbinds the gizmo.")
+      .def("Select3DObjectByTag", &Scene::Select3DObjectByTag, py::arg("tagName"),
+           py::arg("axisType") = Scene::DefaultAxisType,
+           "Select3DObject of Quey3DObjectByTag(tagName); an unknown tag unbinds the gizmo.")
+      .def("ScreenPtTo3DPointAndDir", &Scene::ScreenPtTo3DPointAndDir, py::arg("px"), py::arg("py"),
+           "(Pt, Dir): the ray under window point (px, py) (origin at the top left) through the\n"
+           "active camera, with the world rotation undone. Uses the GL matrices in force.")
+      .def("GetScree3DPointAndDir", &Scene::GetScree3DPointAndDir,
+           "(Pt, Dir): the ray of the stored mouse position (MouseX, MouseY) with the GL\n"
+           "matrices in force, the world rotation not undone. Inside a node's draw it lies in\n"
+           "the world in which nodes keep their positions.")
+      .def("CheckPickAxis", &Scene::CheckPickAxis, py::arg("px"), py::arg("py"), py::arg("Immediate"),
+           "Tests the gizmo against the ray of (px, py) (Immediate) or of the stored position\n"
+           "(px, py ignored), which sets its PickedAxis. Always returns False.")
       .def("BeginDragAxis", &Scene::BeginDragAxis, py::arg("offsetX"), py::arg("offsetY"),
-           "Hands the offsets to the gizmo; True when it takes the drag.")
-      .def("EndDragAxis", &Scene::EndDragAxis, "Ends a gizmo drag.")
-      .def("Get3DTerrainY", &Scene::Get3DTerrainY, py::arg("x"), py::arg("z"), "Ground height at (x, z).");
+           "Hands the offsets to the gizmo (Drag); True when it takes the drag, False without\n"
+           "a picked translate axis (the caller then rotates the world).")
+      .def("EndDragAxis", &Scene::EndDragAxis, "Ends a gizmo drag (ReleaseDrag).")
+      .def("Get3DTerrainY", &Scene::Get3DTerrainY, py::arg("x"), py::arg("z"),
+           "Height of the first plane in ObjectArray_3DTerrain that covers (x, z), by its\n"
+           "CheckInHeight; 0.0 where none does.");
 
   // Registries, live.
   registry<&Scene::DrawNodeArray_3D>(cls, "DrawNodeArray_3D", "Immediate draw nodes.");

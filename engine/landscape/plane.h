@@ -92,6 +92,12 @@ class Vorn_3DPlane : public Vorn_3DGameNode {
   // Only tiles whose footprint the line crosses are tested, which gives the same
   // answer as testing every tile.
   std::optional<TilePick> PickTile(const Vector3& Pt, const Vector3& Dir) const;
+  // The node's pick is the tile pick: the hit position and the triangle's corners.
+  // Length is accepted for the pick interface; the line is unbounded.
+  std::optional<PickDetail> checkPick(const Vector3& Pt, const Vector3& Dir, double /*Length*/ = 99999.0) override {
+    if (const auto hit = PickTile(Pt, Dir)) return PickDetail{hit->position, hit->corners};
+    return std::nullopt;
+  }
   // The pick event, run by the node's draw for every visible node: with a pick
   // requested this frame, tests the scene's pick ray and hands a hit to OnTilePicked.
   void draw_picktriangle() override;

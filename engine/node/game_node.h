@@ -16,6 +16,8 @@
 //   node_textures.cpp   texture records: files, images, dynamic textures, bump maps
 //   node_textures_gl.cpp cube maps
 //   node_2d_shapes.cpp  screen-space rectangles and images
+//   node_picking.cpp    the pick ray test, the pick event of the draw, bounding box
+//   node_debug_draw_gl.cpp  bounding-box brackets and axis lines
 //
 // Ownership: nodes live in std::shared_ptr. `children` owns; `parent`, `followTarget`
 // and `sceneInstance` are non-owning. Make nodes with MakeNode<T>(...), which also
@@ -272,8 +274,24 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   virtual void prepare_uniform_for_shader(int /*submeshIndex*/) {}
   void draw_children();
   virtual void draw_skeleton() {}
-  virtual void draw_picktriangle() {}
-  virtual void draw_axis(double /*rx*/ = 0, double /*ry*/ = 0, double /*rz*/ = 0) {}
+  // ---- Picking and debug drawing (node_picking.cpp, node_debug_draw_gl.cpp) ----
+  // The world-space line Pt + t * Dir (any t) against the triangles of every submesh
+  // that has positions and indices, three indices a triangle, corners carried by
+  // WorldMatrix. The first hit in submesh and index order wins, not the nearest;
+  // nothing on a miss. Length is accepted for the pick interface and not used.
+  // IndexError for an index outside the positions (negative ones wrap).
+  virtual std::optional<PickDetail> checkPick(const Vector3& Pt, const Vector3& Dir, double Length = 99999.0);
+  // (boxMin, boxMax); with LocalMode false both corners go through WorldMatrix (the
+  // pair of moved corners, not the box around the moved box).
+  std::pair<Vector3, Vector3> GetBoundingBox(bool LocalMode = true) const;
+  // The pick event, run inside draw: with a pick requested this frame, a hit of the
+  // scene's pick ray selects this node, calls PickDownFunction(self, detail) when
+  // enabled and, with PickTriangleVisible, marks the triangle on the scene's draw node.
+  virtual void draw_picktriangle();
+  // The box from boxMin to boxMax as corner brackets, in the transform in force.
+  void draw_boundingbox();
+  // Unit lines along the node's own x (red), y (green) and z (blue) axes.
+  virtual void draw_axis(double rx = 0, double ry = 0, double rz = 0);
   // Reach of a point light; the light class answers its range, other nodes 0.0.
   virtual double GetLightRange() const { return 0.0; }
 

@@ -9,6 +9,8 @@
 #include <string>
 #include <utility>
 
+#include "core/vector3.h"
+
 namespace vorn {
 
 class Vorn_3DGameNode;
@@ -42,5 +44,13 @@ struct RenderTargetHooks {
   std::function<std::optional<DynamicTextureSize>(unsigned texID)> dynamicTexture;
 };
 inline RenderTargetHooks renderTargetHooks;
+
+// Marks a picked triangle on the scene's draw node (its DrawTriangle with the three
+// world corners). The draw node class installs it when the first one is made; until
+// then a visible pick mark draws nothing.
+struct PickMarkHooks {
+  std::function<void(Vorn_3DGameNode& drawNode, const std::array<Vector3, 3>& corners)> triangle;
+};
+inline PickMarkHooks pickMarkHooks;
 
 }  // namespace vorn

@@ -89,26 +89,6 @@ std::array<double, 5> Vorn_3Dcene::GetSceneFog() const {
 
 NodeScene::NodePtr Vorn_3Dcene::GetCurrDrawNode() const { return CurrDrawNode; }
 
-double Vorn_3Dcene::Get3DTerrainY(double /*x*/, double /*z*/) {
-  // Terrains answer through their height grids; with none in the registry the ground
-  // stands at 0.
-  return 0.0;
-}
-
-std::pair<Vector3, Vector3> Vorn_3Dcene::GetScree3DPointAndDir() {
-  auto camera = as_camera(ActiveCamera);
-  if (!camera) throw AttributeError("Vorn_3Dcene.GetScree3DPointAndDir: the scene has no active camera");
-  return camera->ScreenPtTo3DPointAndDir(MouseX, MouseY, false);
-}
-
-bool Vorn_3Dcene::BeginDragAxis(double offsetX, double offsetY) {
-  return CurrObjectAxis ? CurrObjectAxis->Drag(offsetX, offsetY) : false;
-}
-
-void Vorn_3Dcene::EndDragAxis() {
-  if (CurrObjectAxis) CurrObjectAxis->ReleaseDrag();
-}
-
 NodeScene::NodePtr Vorn_3Dcene::Create3DGameNode(double x, double y, double z, const NodePtr& parent) {
   auto node = MakeNode<Vorn_3DGameNode>(x, y, z, parent);
   node->OnLoad(shared_from_this());

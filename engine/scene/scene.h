@@ -44,6 +44,8 @@ class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3
 
   // ---- Accessors ----
   int GenNewGameNodeID() override { return ++GAMENODE_ID; }
+  // Height of the first plane of ObjectArray_3DTerrain that covers (x, z) (its
+  // CheckInHeight); 0.0 where none does. Entries that are not planes are passed over.
   double Get3DTerrainY(double x, double z) override;
   NodePtr GetActiveCamera() const override { return ActiveCamera; }
   void SetActiveCamera(NodePtr activeCamera) override { ActiveCamera = std::move(activeCamera); }
@@ -140,7 +142,23 @@ class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3
   NodePtr Quey3DTerrainByTag(const std::string& tagName) const;
 
   // ---- Picking and the gizmo (scene_picking.cpp) ----
+  // The gizmo type a picked node gets: "t", the type that picks and drags.
+  static constexpr const char* DefaultAxisType = "t";
+  // Binds the gizmo to a node (nullptr unbinds) and sets its type.
+  void Select3DObject(const NodePtr& object3D) override { Select3DObject(object3D, DefaultAxisType); }
+  void Select3DObject(const NodePtr& object3D, std::optional<std::string> axisType);
+  // Select3DObject of the first 3D object with the tag; an unknown tag unbinds.
+  void Select3DObjectByTag(const std::string& tagName, std::optional<std::string> axisType = DefaultAxisType);
+  // The ray under a window point through the active camera, world rotation undone.
+  // AttributeError without an active camera (as for the two operations below).
+  std::pair<Vector3, Vector3> ScreenPtTo3DPointAndDir(double px, double py);
+  // The ray of the stored mouse position with the matrices in force; inside a node's
+  // draw that is the unrotated world.
   std::pair<Vector3, Vector3> GetScree3DPointAndDir() override;
+  // Tests the gizmo against the ray of (px, py) (Immediate) or of the stored position,
+  // which sets its PickedAxis. The answer is always false: the gizmo's pick result is
+  // a pair, never equal to true, and scripts rely on that.
+  bool CheckPickAxis(double px, double py, bool Immediate);
   // Hands mouse offsets to the gizmo; true when it takes the drag.
   bool BeginDragAxis(double offsetX, double offsetY);
   void EndDragAxis();

@@ -33,6 +33,10 @@ class Vorn_3DBox : public Vorn_3DGameNode {
   // (WorldMatrix as of the last update). The first hit in face order, or nothing.
   // Length is accepted for the pick interface; the ray is an infinite line.
   std::optional<PickDetail> checkBoxPick(const Vector3& Pt, const Vector3& Dir, double Length = 99999.0) const;
+  // The node's pick is the box's own.
+  std::optional<PickDetail> checkPick(const Vector3& Pt, const Vector3& Dir, double Length = 99999.0) override {
+    return checkBoxPick(Pt, Dir, Length);
+  }
 
   std::optional<unsigned> cubeMapTexID;
   int cubeMapWidth = 0;

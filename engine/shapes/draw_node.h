@@ -15,6 +15,11 @@ class Vorn_3DDrawNode : public Vorn_3DGameNode {
                     double z3);
   void DrawQuad(double x1, double y1, double z1, double x2, double y2, double z2, double x3, double y3, double z3,
                 double x4, double y4, double z4);
+  // The marker never answers picks: it lies on the very triangle it marks.
+  std::optional<PickDetail> checkPick(const Vector3& /*Pt*/, const Vector3& /*Dir*/,
+                                      double /*Length*/ = 99999.0) override {
+    return std::nullopt;
+  }
 };
 
 }  // namespace vorn

@@ -1,0 +1,84 @@
+// Screen picking through the active camera, the gizmo's selection and drag, and the
+// ground height of the terrain registry.
+//
+// Nothing here walks the objects: each node tests the frame's pick ray in its own draw
+// and selects itself through Select3DObject; the gizmo tests itself in its draw.
+#include <string>
+
+#include "camera/camera.h"
+#include "core/errors.h"
+#include "landscape/plane.h"
+#include "node/game_node.h"
+#include "overlay/axis.h"
+#include "scene/scene.h"
+#include "shapes/draw_node.h"
+
+namespace vorn {
+namespace {
+
+Vorn_3DCamera& active_camera(const NodeScene::NodePtr& node, const char* where) {
+  auto* camera = dynamic_cast<Vorn_3DCamera*>(node.get());
+  if (!camera) throw AttributeError(std::string("Vorn_3Dcene.") + where + ": the scene has no active camera");
+  return *camera;
+}
+
+// A picked tile of a plane is outlined on the scene's draw node.
+void install_tile_outline() {
+  drawNodeQuadHook = [](Vorn_3DGameNode& drawNode, const std::array<Vector3, 4>& c) {
+    if (auto* marker = dynamic_cast<Vorn_3DDrawNode*>(&drawNode)) {
+      marker->DrawQuad(c[0].x, c[0].y, c[0].z, c[1].x, c[1].y, c[1].z, c[2].x, c[2].y, c[2].z, c[3].x, c[3].y,
+                       c[3].z);
+    }
+  };
+}
+[[maybe_unused]] const bool tileOutlineInstalled = (install_tile_outline(), true);
+
+}  // namespace
+
+void Vorn_3Dcene::Select3DObject(const NodePtr& object3D, std::optional<std::string> axisType) {
+  if (!CurrObjectAxis) return;
+  CurrObjectAxis->Binding(object3D);
+  CurrObjectAxis->SetType(std::move(axisType));
+}
+
+void Vorn_3Dcene::Select3DObjectByTag(const std::string& tagName, std::optional<std::string> axisType) {
+  Select3DObject(Quey3DObjectByTag(tagName), std::move(axisType));
+}
+
+std::pair<Vector3, Vector3> Vorn_3Dcene::ScreenPtTo3DPointAndDir(double px, double py) {
+  return active_camera(ActiveCamera, "ScreenPtTo3DPointAndDir").ScreenPtTo3DPointAndDir(px, py);
+}
+
+std::pair<Vector3, Vector3> Vorn_3Dcene::GetScree3DPointAndDir() {
+  return active_camera(ActiveCamera, "GetScree3DPointAndDir").ScreenPtTo3DPointAndDir(MouseX, MouseY, false);
+}
+
+bool Vorn_3Dcene::CheckPickAxis(double px, double py, bool Immediate) {
+  const auto [Pt, Dir] = Immediate ? active_camera(ActiveCamera, "CheckPickAxis").ScreenPtTo3DPointAndDir(px, py)
+                                   : GetScree3DPointAndDir();
+  // The gizmo's answer (a pick result) is never equal to true; only PickedAxis counts.
+  if (CurrObjectAxis) CurrObjectAxis->checkPick(Pt, Dir);
+  return false;
+}
+
+bool Vorn_3Dcene::BeginDragAxis(double offsetX, double offsetY) {
+  return CurrObjectAxis ? CurrObjectAxis->Drag(offsetX, offsetY) : false;
+}
+
+void Vorn_3Dcene::EndDragAxis() {
+  if (CurrObjectAxis) CurrObjectAxis->ReleaseDrag();
+}
+
+double Vorn_3Dcene::Get3DTerrainY(double x, double z) {
+  // By index, reading the length at each step, and holding each entry while it answers.
+  for (std::size_t i = 0; i < ObjectArray_3DTerrain.size(); ++i) {
+    const NodePtr node = ObjectArray_3DTerrain[i];
+    auto* TerrainInst = dynamic_cast<Vorn_3DPlane*>(node.get());
+    if (!TerrainInst) continue;
+    const auto [InsResult, Y] = TerrainInst->CheckInHeight(x, z);
+    if (InsResult) return Y;
+  }
+  return 0.0;
+}
+
+}  // namespace vorn

@@ -1,0 +1,246 @@
+"""Picking and the axis gizmo, driven as a user drives them: mouse callbacks, frames."""
+import math
+
+import pytest
+
+import Vorn3DGameEngine as V
+
+W, H = 320, 240
+EYE, TARGET, UP = (0.0, 10.0, 10.0), (0.0, 0.0, 0.0), (0.0, 1.0, 0.0)
+
+
+@pytest.fixture
+def scene(gl_context, tmp_path):
+    saved = (V.SCREEN_WIDTH, V.SCREEN_HEIGHT, V.openGLScene)
+    V.SCREEN_WIDTH, V.SCREEN_HEIGHT = W, H
+    V.PyGameResManager(str(tmp_path))
+    s = V.Vorn_3Dcene()
+    s.InitGL(W, H)
+    V.openGLScene = s
+    V._engine._reset_driver_input()
+    yield s
+    V._engine._reset_driver_input()
+    V.SCREEN_WIDTH, V.SCREEN_HEIGHT, V.openGLScene = saved
+
+
+# ---- An independent model of the default camera: look-at and a 45 degree perspective ----
+
+def _sub(a, b):
+    return tuple(x - y for x, y in zip(a, b))
+
+
+def _dot(a, b):
+    return sum(x * y for x, y in zip(a, b))
+
+
+def _cross(a, b):
+    return (a[1] * b[2] - a[2] * b[1], a[2] * b[0] - a[0] * b[2], a[0] * b[1] - a[1] * b[0])
+
+
+def _unit(a):
+    n = math.sqrt(_dot(a, a))
+    return tuple(x / n for x in a)
+
+
+def project(p):
+    """Window position (origin top left) of world point p seen by the scene's camera."""
+    f = _unit(_sub(TARGET, EYE))
+    s = _unit(_cross(f, UP))
+    u = _cross(s, f)
+    d = _sub(p, EYE)
+    xv, yv, depth = _dot(s, d), _dot(u, d), _dot(f, d)
+    t = math.tan(math.radians(45.0) / 2)
+    x_ndc = xv / (t * (W / H)) / depth
+    y_ndc = yv / t / depth
+    return (x_ndc + 1) / 2 * W, H - (y_ndc + 1) / 2 * H
+
+
+def expected_step(axis_end, ox, oy, origin=(0.0, 0.0, 0.0)):
+    """The move of a drag by (ox, oy) along the axis from origin to axis_end."""
+    (bx, by), (ex, ey) = project(origin), project(axis_end)
+    dx, dy = _unit((ex - bx, ey - by))
+    dot = dx * ox + dy * oy
+    tx = max(-1.0, min(1.0, abs(ox) * dot * 0.002 * 800 / W))
+    ty = max(-1.0, min(1.0, abs(oy) * dot * 0.002 * 600 / H))
+    return tx * 0.5 + ty * 0.5
+
+
+def near(a, b, tol=1e-4):
+    return all(abs(x - y) <= tol for x, y in zip(a, b))
+
+
+def xyz(v):
+    return (v.x, v.y, v.z)
+
+
+def tall_box(scene):
+    # Taller than wide, so that the ray through its centre meets a face inside and not
+    # on an edge: it enters the +z face at (0, 0.25, 0.25).
+    return scene.CreateBox(0, 0, 0, None, 0.5, 1.0, 0.5)
+
+
+def test_click_selects_box_and_fires_its_pick_event(scene, capsys):
+    box = tall_box(scene)
+    box.SetPickTriangleVisible(True)
+    calls = []
+    box.SetPickDownFunction(lambda node, detail: calls.append((node, detail)))
+    assert project((0, 0, 0)) == pytest.approx((W / 2, H / 2))
+
+    V.MouseFunc(0, 0, W // 2, H // 2)
+    scene.DrawScene()
+
+    axis = scene.CurrObjectAxis
+    assert axis.GameNode is box and axis.GetType() == "t"
+    assert not scene.isCheckPickOnce()
+    assert len(calls) == 1
+    node, (position, corners, none) = calls[0]
+    assert node is box and none is None
+    assert near(xyz(position), (0.0, 0.25, 0.25))
+    assert all(abs(c.z - 0.25) < 1e-9 for c in corners)  # the triangle of the +z face
+    # The scene's draw node marks that triangle.
+    marked = scene.CurrDrawNode.VertexArray_Positon[0]
+    assert [tuple(v) for v in marked] == [pytest.approx(xyz(c)) for c in corners]
+
+    # The request was consumed: a further frame fires nothing.
+    scene.DrawScene()
+    assert len(calls) == 1
+
+    # With the event disabled the node is still selected, and the callback stays silent.
+    box.EnablePickDownEvent(False)
+    scene.Select3DObject(None)
+    assert axis.GameNode is None
+    scene.SetMouseXY(W // 2, H // 2)
+    scene.DrawScene()
+    assert axis.GameNode is box and len(calls) == 1
+
+
+def test_click_beside_selects_nothing(scene):
+    box = tall_box(scene)
+    calls = []
+    box.SetPickDownFunction(lambda node, detail: calls.append(detail))
+    V.MouseFunc(0, 0, 20, 20)
+    scene.DrawScene()
+    assert scene.CurrObjectAxis.GameNode is None and calls == []
+    assert box.checkPick(V.Vector3(0, 10, 10), V.Vector3(1, 0, 0)) == (False, None)
+
+
+def test_gizmo_arrow_picked_and_dragged_along_x(scene, capsys):
+    box = tall_box(scene)
+    axis = scene.CurrObjectAxis
+    V.MouseFunc(0, 0, W // 2, H // 2)
+    scene.DrawScene()
+    V.MouseFunc(0, 1, W // 2, H // 2)
+    assert axis.GameNode is box
+
+    # Press on the bar of the x arrow, beside the box.
+    px, py = (round(c) for c in project((1.5, 0.0, 0.0)))
+    capsys.readouterr()
+    V.MouseFunc(0, 0, px, py)
+    scene.DrawScene()
+    assert axis.PickedAxis == "x" and axis.GameNode is box
+    assert "picked X\n" in capsys.readouterr().out
+    # The arrow shows in the picked colour where it was hit.
+    r, g, b = V.ReadScreenPixels(px, py, 1, 1)
+    assert r > 200 and g > 200 and b < 60
+
+    # Motion with the button held: the gizmo takes the drag, the world does not turn.
+    V.MotionFunc(px + 8, py + 6)
+    assert axis.Dragging and scene.Scene_RotateH == 0 and scene.Scene_RotateV == 0
+    assert box.X == 0  # the move waits for the draw pass
+    scene.DrawScene()
+    first = expected_step((1.0, 0.0, 0.0), 8, 6)
+    assert first == pytest.approx(0.28, abs=1e-3)  # both offsets count, each squared
+    assert box.X == pytest.approx(first, abs=1e-9)
+    assert (box.Y, box.Z) == (0, 0)
+    assert (axis.offsetX, axis.offsetY) == (0.0, 0.0)
+
+    # Back against the axis: a step the other way, from the moved node.
+    V.MotionFunc(px + 2, py + 6)
+    scene.DrawScene()
+    second = expected_step((first + 1.0, 0.0, 0.0), -6, 0, origin=(first, 0.0, 0.0))
+    assert second < 0
+    assert box.X == pytest.approx(first + second, abs=1e-9)
+
+    # Straight across the axis on the screen: the node stays.
+    V.MotionFunc(px + 2, py + 26)
+    scene.DrawScene()
+    assert box.X == pytest.approx(first + second, abs=1e-9)
+    assert scene.Scene_RotateV == 0
+
+    # Release ends the drag; without a picked axis the gizmo refuses the next one.
+    V.MouseFunc(0, 1, px + 2, py + 26)
+    assert not axis.Dragging
+    axis.PickedAxis = None
+    assert scene.BeginDragAxis(5, 5) is False
+
+
+def test_large_drag_is_clamped(scene):
+    box = tall_box(scene)
+    scene.Select3DObject(box, "t")
+    axis = scene.CurrObjectAxis
+    axis.PickedAxis = "x"
+    assert scene.BeginDragAxis(100, 0) is True
+    scene.DrawScene()
+    assert box.X == pytest.approx(0.5, abs=1e-9)  # 100 px would give 25; clamped to 1, halved
+
+
+def test_select_by_tag_and_other_types(scene):
+    box = tall_box(scene)
+    box.SetTag("crate")
+    scene.Select3DObjectByTag("crate", "s")
+    axis = scene.CurrObjectAxis
+    assert axis.GameNode is box and axis.GetType() == "s"
+    box.SetBoundingBoxVisible(False)
+    scene.DrawScene()  # the scale shape draws; the box's own flag comes back
+    assert not box.IsBoundingBoxVisible()
+    axis.PickedAxis = "x"
+    assert scene.BeginDragAxis(5, 0) is False  # only "t" drags
+    scene.Select3DObject(box, "r")
+    scene.DrawScene()
+    scene.Select3DObjectByTag("nothing")
+    assert axis.GameNode is None and axis.GetType() == "t"
+    assert scene.CheckPickAxis(0, 0, False) is False
+
+
+def test_screen_rays_differ_by_world_rotation(scene):
+    scene.Rotate_H(90)
+    scene.DrawScene()
+    scene.SetMouseXY(W // 2, H // 2, False)
+    pt, d = scene.GetScree3DPointAndDir()
+    assert near(xyz(d), (0.0, -math.sqrt(0.5), -math.sqrt(0.5)), 1e-6)
+    pt2, d2 = scene.ScreenPtTo3DPointAndDir(W // 2, H // 2)
+    # Undoing the world's turn of 90 degrees about y carries -z onto +x.
+    assert near(xyz(d2), (math.sqrt(0.5), -math.sqrt(0.5), 0.0), 1e-6)
+
+
+def test_terrain_height_through_registry(scene):
+    plane = scene.CreatePlane(10, 0, 0, None, 4, 4, 1.0)  # covers x 8..12, z -2..2
+    plane.HeightArray = [2.0] * 25
+    other = scene.CreatePlane(10, 0, 0, None, 8, 8, 1.0)  # covers the first and more
+    other.HeightArray = [5.0] * 81
+    scene.ObjectArray_3DTerrain.append(scene.Create3DGameNode())  # not a terrain: passed over
+    scene.ObjectArray_3DTerrain.append(plane)
+    scene.ObjectArray_3DTerrain.append(other)
+    scene.DrawScene()
+    assert scene.Get3DTerrainY(10.3, 0.4) == pytest.approx(2.0)
+    assert scene.Get3DTerrainY(13.0, 3.0) == pytest.approx(5.0)  # only the larger one
+    assert scene.Get3DTerrainY(0.0, 0.0) == 0.0
+    walker = scene.Create3DGameNode(10.5, 0, 0.5)
+    walker.StandOnGround(True)
+    scene.DrawScene()
+    assert walker.GetWorldXYZ().y == pytest.approx(2.0)
+
+
+def test_clicked_plane_is_selected_and_its_tile_outlined(scene):
+    plane = scene.CreatePlane()  # 20 by 20 tiles of 1 around the origin
+    plane.SetPickTriangleVisible(True)
+    tiles = []
+    plane.SetPickDownFunction(lambda node, detail: tiles.append(detail[:2]))
+    px, py = (round(c) for c in project((2.5, 0.0, 3.5)))
+    V.MouseFunc(0, 0, px, py)
+    scene.DrawScene()
+    assert scene.CurrObjectAxis.GameNode is plane
+    assert tiles == [[12, 13]]
+    outline = [tuple(v) for v in scene.CurrDrawNode.VertexArray_Positon[0]]
+    assert len(outline) == 4
+    assert sorted({(x, z) for x, _, z in outline}) == [(2.0, 3.0), (2.0, 4.0), (3.0, 3.0), (3.0, 4.0)]

@@ -307,22 +307,7 @@ void bind_camera(py::module_& m) {
                   "the node's world position, so a camera can hang below another node.",
                   py::dynamic_attr());
   enable_node_gc(cls);
-  // The constructor notes which of x, y, z came as ints, which GetXYZ gives back.
-  auto make = [](auto tag, py::handle x, py::handle y, py::handle z, py::handle parent) {
-    using T = typename decltype(tag)::type;
-    auto cam = std::make_shared<T>(number_arg(x, "Vorn_3DCamera", "x"), number_arg(y, "Vorn_3DCamera", "y"),
-                                   number_arg(z, "Vorn_3DCamera", "z"), optional_node(parent, "Vorn_3DCamera"));
-    cam->xyzIntMask = static_cast<std::uint8_t>((is_py_int(x) ? 1 : 0) | (is_py_int(y) ? 2 : 0) | (is_py_int(z) ? 4 : 0));
-    return cam;
-  };
-  cls.def(py::init([make](py::handle x, py::handle y, py::handle z,
-                          py::handle parent) { return make(std::type_identity<Camera>{}, x, y, z, parent); },
-                   [make](py::handle x, py::handle y, py::handle z, py::handle parent) {
-                     return make(std::type_identity<PyCamera>{}, x, y, z, parent);
-                   }),
-          py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0, py::arg("parent") = py::none());
-  wrap_init_with_parent(cls,
-                        "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
+  def_node_init<Camera, PyCamera>(cls, "Vorn_3DCamera", "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                         "Fov 45.0, Aspect SCREEN_WIDTH / SCREEN_HEIGHT as of now, Near 0.1, Far 500.0,\n"
                         "looking at (0.0, 0.0, 0.0) with up (0.0, 1.0, 0.0).");
 

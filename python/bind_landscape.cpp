@@ -57,23 +57,7 @@ PickCallback plane_pick_callback(py::handle function, const char* where) {
 
 void bind_plane_construction(PlaneClass& cls) {
   enable_node_gc(cls);
-  // The constructor notes which of x, y, z came as ints, as the base class does.
-  auto make = [](auto tag, py::handle x, py::handle y, py::handle z, py::handle parent) {
-    using T = typename decltype(tag)::type;
-    auto node = std::make_shared<T>(number_arg(x, "Vorn_3DPlane", "x"), number_arg(y, "Vorn_3DPlane", "y"),
-                                    number_arg(z, "Vorn_3DPlane", "z"),
-                                    parent.is_none() ? nullptr : node_arg(parent, "Vorn_3DPlane"));
-    node->xyzIntMask = static_cast<std::uint8_t>((is_py_int(x) ? 1 : 0) | (is_py_int(y) ? 2 : 0) | (is_py_int(z) ? 4 : 0));
-    return node;
-  };
-  cls.def(py::init([make](py::handle x, py::handle y, py::handle z,
-                          py::handle parent) { return make(std::type_identity<Plane>{}, x, y, z, parent); },
-                   [make](py::handle x, py::handle y, py::handle z, py::handle parent) {
-                     return make(std::type_identity<PyNode<Plane>>{}, x, y, z, parent);
-                   }),
-          py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0, py::arg("parent") = py::none());
-  wrap_init_with_parent(cls,
-                        "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
+  def_node_init<Plane, PyNode<Plane>>(cls, "Vorn_3DPlane", "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                         "An empty plane; CreatePlane builds the grid. With a parent that is in a\n"
                         "scene, the node is loaded at once and appended to the parent's children.");
   cls.attr("CHECKTILE_MODE_CLICK") = Plane::CHECKTILE_MODE_CLICK;

@@ -373,22 +373,7 @@ void bind_node(py::module_& m) {
                 "subclass instance owned only by the engine keeps its script attributes.",
                 py::dynamic_attr());
   enable_node_gc(cls);
-  // The constructor notes which of x, y, z came as ints, which GetXYZ gives back.
-  auto make = [](auto tag, py::handle x, py::handle y, py::handle z, py::handle parent) {
-    using T = typename decltype(tag)::type;
-    auto node = std::make_shared<T>(number_arg(x, "Vorn_3DGameNode", "x"), number_arg(y, "Vorn_3DGameNode", "y"),
-                                    number_arg(z, "Vorn_3DGameNode", "z"), optional_node(parent, "Vorn_3DGameNode"));
-    node->xyzIntMask = static_cast<std::uint8_t>((is_py_int(x) ? 1 : 0) | (is_py_int(y) ? 2 : 0) | (is_py_int(z) ? 4 : 0));
-    return node;
-  };
-  cls.def(py::init([make](py::handle x, py::handle y, py::handle z,
-                          py::handle parent) { return make(std::type_identity<Node>{}, x, y, z, parent); },
-                   [make](py::handle x, py::handle y, py::handle z, py::handle parent) {
-                     return make(std::type_identity<PyNode<Node>>{}, x, y, z, parent);
-                   }),
-          py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0, py::arg("parent") = py::none());
-  wrap_init_with_parent(cls,
-                        "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
+  def_node_init<Node, PyNode<Node>>(cls, "Vorn_3DGameNode", "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                         "With a parent that is in a scene, the node is loaded at once (tag from the\n"
                         "label \"3DGameNode\") and appended to the parent's children.");
 

@@ -3,10 +3,13 @@
 #include <pybind11/pybind11.h>
 
 #include <memory>
+#include <string>
+#include <type_traits>
 
 #include "bind_common.h"
 #include "node/game_node.h"
 #include "node_trampoline.h"
+#include "node_views.h"
 
 namespace vorn::py_bind {
 
@@ -46,5 +49,30 @@ void bind_node_fields(NodeClass& cls);
 void bind_node_submesh(py::module_& m, NodeClass& cls);
 void bind_node_draw(NodeClass& cls);
 void bind_node_textures(NodeClass& cls);
+
+// The (x=0, y=0, z=0, parent=None) constructor of a node class: builds the C++ class,
+// or its trampoline for a script subclass, notes which of x, y, z came as ints (GetXYZ
+// gives them back as ints) and hangs the node under its parent once the Python object
+// exists. `Alias` is the trampoline the class is bound with.
+template <class T, class Alias, class Class>
+void def_node_init(Class& cls, const char* className, const char* doc) {
+  const std::string where = className;
+  auto make = [where](auto tag, py::handle x, py::handle y, py::handle z, py::handle parent) {
+    using U = typename decltype(tag)::type;
+    auto node = std::make_shared<U>(number_arg(x, where.c_str(), "x"), number_arg(y, where.c_str(), "y"),
+                                    number_arg(z, where.c_str(), "z"),
+                                    parent.is_none() ? nullptr : node_arg(parent, where));
+    node->xyzIntMask =
+        static_cast<std::uint8_t>((is_py_int(x) ? 1 : 0) | (is_py_int(y) ? 2 : 0) | (is_py_int(z) ? 4 : 0));
+    return node;
+  };
+  cls.def(py::init([make](py::handle x, py::handle y, py::handle z,
+                          py::handle parent) { return make(std::type_identity<T>{}, x, y, z, parent); },
+                   [make](py::handle x, py::handle y, py::handle z, py::handle parent) {
+                     return make(std::type_identity<Alias>{}, x, y, z, parent);
+                   }),
+          py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0, py::arg("parent") = py::none());
+  wrap_init_with_parent(cls, doc);
+}
 
 }  // namespace vorn::py_bind

@@ -18,12 +18,7 @@ void bind_axis(py::module_& m) {
       "along a picked axis. An unbound gizmo draws and picks nothing.",
       py::dynamic_attr());
   enable_node_gc(cls);
-  cls.def(py::init([](double x, double y, double z, py::handle parent) {
-            return std::make_shared<PyNode<Vorn_3DAxis>>(
-                x, y, z, parent.is_none() ? nullptr : node_arg(parent, "Vorn_3DAxis"));
-          }),
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none());
-  wrap_init_with_parent(cls, "__init__(self, x=0, y=0, z=0, parent=None)");
+  def_node_init<Vorn_3DAxis, PyNode<Vorn_3DAxis>>(cls, "Vorn_3DAxis", "__init__(self, x=0, y=0, z=0, parent=None)");
   cls.def(
          "Binding",
          [](Vorn_3DAxis& a, py::handle node) { a.Binding(node.is_none() ? nullptr : node_arg(node, "Vorn_3DAxis.Binding")); },

@@ -41,21 +41,7 @@ SolidClass<T, Base> node_class(py::module_& m, const char* name, const char* doc
   SolidClass<T, Base> cls(m, name, doc, py::dynamic_attr());
   enable_node_gc(cls);
   const std::string where = name;
-  auto make = [where](auto tag, py::handle x, py::handle y, py::handle z, py::handle parent) {
-    using U = typename decltype(tag)::type;
-    auto node = std::make_shared<U>(num(x, where, "x"), num(y, where, "y"), num(z, where, "z"),
-                                    parent.is_none() ? nullptr : node_arg(parent, where));
-    node->xyzIntMask = static_cast<std::uint8_t>((is_py_int(x) ? 1 : 0) | (is_py_int(y) ? 2 : 0) | (is_py_int(z) ? 4 : 0));
-    return node;
-  };
-  cls.def(py::init([make](py::handle x, py::handle y, py::handle z,
-                          py::handle parent) { return make(std::type_identity<T>{}, x, y, z, parent); },
-                   [make](py::handle x, py::handle y, py::handle z, py::handle parent) {
-                     return make(std::type_identity<PyNode<T>>{}, x, y, z, parent);
-                   }),
-          py::arg("x") = 0, py::arg("y") = 0, py::arg("z") = 0, py::arg("parent") = py::none());
-  wrap_init_with_parent(cls,
-                        "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
+  def_node_init<T, PyNode<T>>(cls, name, "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                         "The node's constructor, then the class's own fields and label. Makes no\n"
                         "geometry: call the creating operation.");
   return cls;

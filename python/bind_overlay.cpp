@@ -88,9 +88,9 @@ void bind_overlay(py::module_& m) {
       .def_readwrite("text", &Vorn_Text::text, "The line.")
       .def_readwrite("font", &Vorn_Text::font, "Font constant (FT_...).")
       .def_readwrite("height", &Vorn_Text::height, "Declared line height; not used in drawing.")
-      .def_readwrite("r", &Vorn_Text::r)
-      .def_readwrite("g", &Vorn_Text::g)
-      .def_readwrite("b", &Vorn_Text::b)
+      .def_readwrite("r", &Vorn_Text::r, "Colour component, 0 to 1.")
+      .def_readwrite("g", &Vorn_Text::g, "Colour component, 0 to 1.")
+      .def_readwrite("b", &Vorn_Text::b, "Colour component, 0 to 1.")
       .def_readwrite("borderMode", &Vorn_Text::borderMode, "Draw a black shadow.")
       .def_readwrite("alignMode", &Vorn_Text::alignMode, "Alignment about x (FT_ALIGN_...).")
       .def_property_readonly(

@@ -35,9 +35,9 @@ void bind_resource(py::module_& m) {
       .def(py::init([](const std::string& resdir) { return PyGameResManager::Create(resdir); }), py::arg("resdir"),
            "PyGameResManager(resdir): stores itself in ResManagerInstance and scans resdir.")
       .def_readwrite("ExtensionList", &PyGameResManager::ExtensionList, "GL extension names.")
-      .def_readwrite("ETC_Support", &PyGameResManager::ETC_Support)
-      .def_readwrite("DXT_Support", &PyGameResManager::DXT_Support)
-      .def_readwrite("PVR_Support", &PyGameResManager::PVR_Support)
+      .def_readwrite("ETC_Support", &PyGameResManager::ETC_Support, "Whether the driver lists ETC1 compression.")
+      .def_readwrite("DXT_Support", &PyGameResManager::DXT_Support, "Whether the driver lists S3TC/DXT1 compression.")
+      .def_readwrite("PVR_Support", &PyGameResManager::PVR_Support, "Whether the driver lists PVRTC compression.")
       .def_readwrite("resdir", &PyGameResManager::resdir, "The resource root as given.")
       .def_readwrite("fontdir", &PyGameResManager::fontdir, "Font folder.")
       .def_property_readonly(
@@ -48,12 +48,12 @@ void bind_resource(py::module_& m) {
             return out;
           },
           "Lower-case file name to the paths that bear it, in scan order (a copy).")
-      .def_readwrite("ImageDict_MemManage_List", &PyGameResManager::ImageDict_MemManage_List)
-      .def_readwrite("ImageDict_MemManage_Total", &PyGameResManager::ImageDict_MemManage_Total)
-      .def_readwrite("ImageDict_MemManage_Count", &PyGameResManager::ImageDict_MemManage_Count)
+      .def_readwrite("ImageDict_MemManage_List", &PyGameResManager::ImageDict_MemManage_List, "File names by last use, oldest first.")
+      .def_readwrite("ImageDict_MemManage_Total", &PyGameResManager::ImageDict_MemManage_Total, "Intended capacity (100); nothing is evicted.")
+      .def_readwrite("ImageDict_MemManage_Count", &PyGameResManager::ImageDict_MemManage_Count, "Number of distinct names recorded.")
       .def_readwrite("SceneJsonDict", &PyGameResManager::SceneJsonDict,
                      "Paths of the scene side files (<scene>_Res.Json) found below Scene.")
-      .def_readwrite("soundPlayCount", &PyGameResManager::soundPlayCount)
+      .def_readwrite("soundPlayCount", &PyGameResManager::soundPlayCount, "Sounds played so far.")
       .def("GetResRootDir", &PyGameResManager::GetResRootDir, "The resource root.")
       .def("GetSceneList", &PyGameResManager::GetSceneList, "The scene side files found by the scan.")
       .def("SetFontDir", &PyGameResManager::SetFontDir, py::arg("path"), "Sets the font folder.")

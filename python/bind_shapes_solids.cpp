@@ -101,8 +101,8 @@ void bind_box(py::module_& m) {
                  "(0, 1), (0, 0), (1, 0), (1, 1) on the others. Then the layout gains them\n"
                  "(GL_N3F_V3F becomes GL_T2F_N3F_V3F) and, with RebuildVBO, BuildVBO().");
   cls.def_readwrite("cubeMapTexID", &Vorn_3DBox::cubeMapTexID, "GL cube map texture, or None.")
-      .def_readwrite("cubeMapWidth", &Vorn_3DBox::cubeMapWidth)
-      .def_readwrite("cubeMapHeight", &Vorn_3DBox::cubeMapHeight)
+      .def_readwrite("cubeMapWidth", &Vorn_3DBox::cubeMapWidth, "Width of the cube map faces.")
+      .def_readwrite("cubeMapHeight", &Vorn_3DBox::cubeMapHeight, "Height of the cube map faces.")
       .def_property(
           "cubeMapData",
           [](const Vorn_3DBox& n) -> py::object {
@@ -119,9 +119,9 @@ void bind_box(py::module_& m) {
             n.cubeMapData = std::make_shared<const std::vector<std::uint8_t>>(raw.begin(), raw.end());
           },
           "Cube map pixels (bytes), or None.")
-      .def_readwrite("size_x", &Vorn_3DBox::size_x)
-      .def_readwrite("size_y", &Vorn_3DBox::size_y)
-      .def_readwrite("size_z", &Vorn_3DBox::size_z);
+      .def_readwrite("size_x", &Vorn_3DBox::size_x, "As given to the creating operation.")
+      .def_readwrite("size_y", &Vorn_3DBox::size_y, "As given to the creating operation.")
+      .def_readwrite("size_z", &Vorn_3DBox::size_z, "As given to the creating operation.");
 }
 
 void bind_circle(py::module_& m) {
@@ -141,7 +141,7 @@ void bind_circle(py::module_& m) {
                  "Unless the submesh has coordinates already: (0.5, 0.0) for the centre and\n"
                  "(k / statckZ, 1.0) along the rim. Then the layout gains them and, with\n"
                  "RebuildVBO, BuildVBO().");
-  cls.def_readwrite("statckZ", &Vorn_3DCircle::statckZ);
+  cls.def_readwrite("statckZ", &Vorn_3DCircle::statckZ, "As given to the creating operation.");
 }
 
 void bind_sphere_family(py::module_& m) {
@@ -164,9 +164,9 @@ void bind_sphere_family(py::module_& m) {
                  "Unless the submesh has coordinates already: u = column / statckZ,\n"
                  "v = row / statckY in vertex order. Then the layout gains them and, with\n"
                  "RebuildVBO, BuildVBO().");
-  sphere.def_readwrite("statckZ", &Vorn_3DSphere::statckZ)
-      .def_readwrite("statckY", &Vorn_3DSphere::statckY)
-      .def_readwrite("radius", &Vorn_3DSphere::radius);
+  sphere.def_readwrite("statckZ", &Vorn_3DSphere::statckZ, "As given to the creating operation.")
+      .def_readwrite("statckY", &Vorn_3DSphere::statckY, "As given to the creating operation.")
+      .def_readwrite("radius", &Vorn_3DSphere::radius, "As given to the creating operation.");
 
   auto light = node_class<Vorn_3DPointLight, Vorn_3DSphere>(
       m, "Vorn_3DPointLight",
@@ -184,7 +184,7 @@ void bind_sphere_family(py::module_& m) {
       .def(
           "draw", [](Vorn_3DPointLight& n, double rx, double ry, double rz) { n.draw(rx, ry, rz); },
           py::arg("rx") = 0, py::arg("ry") = 0, py::arg("rz") = 0, "Draws nothing: a light has no visible body.")
-      .def_readwrite("LightRange", &Vorn_3DPointLight::LightRange);
+      .def_readwrite("LightRange", &Vorn_3DPointLight::LightRange, "Reach of the light.");
 }
 
 void bind_round_solids(py::module_& m) {
@@ -200,7 +200,7 @@ void bind_round_solids(py::module_& m) {
       "Replaces the geometry: submesh 0 the side, a fan from the apex (statckZ + 1 rim\n"
       "vertices, then one apex vertex per triangle), submesh 1 the base, a fan facing\n"
       "-y. Unit normals. Then BuildVBO(). ZeroDivisionError for statckZ 0.");
-  conus.def_readwrite("statckZ", &Vorn_3DConus::statckZ);
+  conus.def_readwrite("statckZ", &Vorn_3DConus::statckZ, "As given to the creating operation.");
 
   auto cylinder = node_class<Vorn_3DCylinder, Vorn_3DGameNode>(
       m, "Vorn_3DCylinder", "A closed cylinder along the node's y axis, centred on it. NodeType \"3DCylinder\".");
@@ -215,7 +215,7 @@ void bind_round_solids(py::module_& m) {
       "Replaces the geometry: submesh 0 the top cap, 1 the bottom cap, 2 the side band\n"
       "(two rings, lower first). Unit normals. Then BuildVBO(). ZeroDivisionError for\n"
       "statckR 0.");
-  cylinder.def_readwrite("statckR", &Vorn_3DCylinder::statckR);
+  cylinder.def_readwrite("statckR", &Vorn_3DCylinder::statckR, "As given to the creating operation.");
 
   auto torus = node_class<Vorn_3DTorus, Vorn_3DGameNode>(
       m, "Vorn_3DTorus",
@@ -235,7 +235,7 @@ void bind_round_solids(py::module_& m) {
       "Replaces the geometry by one grid: statckZ + 1 rows around the cross-section of\n"
       "statckR + 1 vertices around the axis, unit normals, two triangles per cell. Then\n"
       "BuildVBO(). ZeroDivisionError for a step count of 0.");
-  torus.def_readwrite("statckR", &Vorn_3DTorus::statckR).def_readwrite("statckZ", &Vorn_3DTorus::statckZ);
+  torus.def_readwrite("statckR", &Vorn_3DTorus::statckR, "As given to the creating operation.").def_readwrite("statckZ", &Vorn_3DTorus::statckZ, "As given to the creating operation.");
 
   auto tube = node_class<Vorn_3DTube, Vorn_3DGameNode>(
       m, "Vorn_3DTube", "A thick-walled pipe along the node's y axis, centred on it. NodeType \"3DTube\".");
@@ -250,7 +250,7 @@ void bind_round_solids(py::module_& m) {
       "Replaces the geometry: submesh 0 the top ring, 1 the bottom ring, 2 the outer\n"
       "and then the inner wall. Unit normals. Then BuildVBO(). ZeroDivisionError for\n"
       "statckR 0.");
-  tube.def_readwrite("statckR", &Vorn_3DTube::statckR);
+  tube.def_readwrite("statckR", &Vorn_3DTube::statckR, "As given to the creating operation.");
 
   auto capsule = node_class<Vorn_3DCapsule, Vorn_3DGameNode>(
       m, "Vorn_3DCapsule",
@@ -268,7 +268,7 @@ void bind_round_solids(py::module_& m) {
       "1 the lower one, 2 the band between them; statckR steps around and statckR // 2\n"
       "from equator to pole; normals of length radius as on the sphere. Then\n"
       "BuildVBO(). ZeroDivisionError for statckR 0 or 1.");
-  capsule.def_readwrite("statckR", &Vorn_3DCapsule::statckR);
+  capsule.def_readwrite("statckR", &Vorn_3DCapsule::statckR, "As given to the creating operation.");
 }
 
 }  // namespace

@@ -131,7 +131,7 @@ inline void bind_node_list_view(py::module_& m, const char* name) {
             for (const auto& item : *v.list) n += item.get() == raw;
             return n;
           },
-          py::arg("node"))
+          py::arg("node"), "How many slots hold node.")
       .def("clear", [](V& v) { v.list->clear(); }, "Removes every node.")
       .def(
           "__eq__",
@@ -211,27 +211,29 @@ void bind_table_view(py::module_& m, const char* name, const char* doc) {
           },
           py::arg("key"))
       .def("__iter__", [](const V& v) { return py::iter(py::cast(v.table->keys())); })
-      .def("keys", [](const V& v) { return v.table->keys(); })
+      .def("keys", [](const V& v) { return v.table->keys(); }, "The names, in insertion order.")
       .def("values",
            [](const V& v) {
              py::list out;
              for (const auto& [k, value] : *v.table) out.append(Conv::to_py(value));
              return out;
-           })
+           },
+           "The values, in insertion order.")
       .def("items",
            [](const V& v) {
              py::list out;
              for (const auto& [k, value] : *v.table) out.append(py::make_tuple(k, Conv::to_py(value)));
              return out;
-           })
+           },
+           "(name, value) pairs, in insertion order.")
       .def(
           "get",
           [](const V& v, const std::string& key, py::object fallback) -> py::object {
             const Value* found = v.table->find(key);
             return found ? Conv::to_py(*found) : fallback;
           },
-          py::arg("key"), py::arg("default") = py::none())
-      .def("clear", [](V& v) { v.table->clear(); })
+          py::arg("key"), py::arg("default") = py::none(), "The value of key, or default.")
+      .def("clear", [](V& v) { v.table->clear(); }, "Removes every entry.")
       .def(
           "__eq__",
           [](const V& v, py::handle other) {

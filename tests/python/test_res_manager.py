@@ -1,35 +1,19 @@
 """The resource index as a script sees it."""
-import os
-
 import pytest
 
 import Vorn3DGameEngine as V
 
 
-def write(path, data=b"x"):
-    os.makedirs(os.path.dirname(path), exist_ok=True)
-    with open(path, "wb") as f:
-        f.write(data)
-
-
 @pytest.fixture
 def resdir(tmp_path):
-    root = str(tmp_path / "Resources")
-    write(f"{root}/readme.txt")
-    write(f"{root}/Textures/Wall.JPG")
-    write(f"{root}/Other/wall.jpg")
-    write(f"{root}/Other/deep/deeper/wall.jpg")
-    write(f"{root}/my.github.io/skip.png")
-    write(f"{root}/__pycache__/skip.pyc")
-    write(f"{root}/Scene/level1.scene")
-    write(f"{root}/Scene/level1_Res.Json")
-    write(f"{root}/Scene/level2.scene")
-    write(f"{root}/SkyBox/sunny/left.jpg")
-    write(f"{root}/SkyBox/single.dds")
-    write(f"{root}/Terrain/hill/height.raw")
-    write(f"{root}/Terrain/loose.txt")
-    write(f"{root}/Ocean/sea/deep.png")
-    return root
+    root = tmp_path / "Resources"
+    for name in ("readme.txt", "Textures/Wall.JPG", "Other/wall.jpg", "Other/deep/deeper/wall.jpg",
+                 "my.github.io/skip.png", "__pycache__/skip.pyc", "Scene/level1.scene",
+                 "Scene/level1_Res.Json", "Scene/level2.scene", "SkyBox/sunny/left.jpg",
+                 "SkyBox/single.dds", "Terrain/hill/height.raw", "Terrain/loose.txt", "Ocean/sea/deep.png"):
+        (root / name).parent.mkdir(parents=True, exist_ok=True)
+        (root / name).write_bytes(b"x")
+    return str(root)
 
 
 def test_index_lookup_and_listings(gl_context, resdir):

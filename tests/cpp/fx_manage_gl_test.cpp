@@ -3,11 +3,9 @@
 #include <set>
 #include <string>
 
-#include "console_capture.h"
-#include "gl_harness.h"
+#include "gl_scene.h"
 #include "shader/fx_2d.h"
 #include "shader/fx_3d.h"
-#include "shader/fx_manage.h"
 
 namespace vorn::test {
 namespace {
@@ -22,12 +20,7 @@ const std::set<int> kRefused = {
     Vorn_3DFX::FX_GRASS,                    Vorn_3DFX::FX_OCEAN,
 };
 
-// One manager for the whole process, as the engine has; compiling the catalogue takes
-// a noticeable time on a software driver.
-Vorn_FXManage& Manager() {
-  static Vorn_FXManage* manager = new Vorn_FXManage();
-  return *manager;
-}
+Vorn_FXManage& Manager() { return *SharedFXManager(); }
 
 using FXManageGL = GLTest;
 
@@ -35,10 +28,9 @@ TEST_F(FXManageGL, MapsCoverBothRangesAndHoldOnlyCataloguePrograms) {
   const Vorn_FXManage& fx = Manager();
   ASSERT_EQ(fx.Shader_2DFX_Dict.size(), 30u);
   ASSERT_EQ(fx.Shader_3DFX_Dict.size(), 80u);
-  EXPECT_EQ(fx.Shader_2DFX_Dict.begin()->first, 200);
-  EXPECT_EQ(fx.Shader_2DFX_Dict.rbegin()->first, 229);
-  EXPECT_EQ(fx.Shader_3DFX_Dict.begin()->first, 300);
-  EXPECT_EQ(fx.Shader_3DFX_Dict.rbegin()->first, 379);
+  EXPECT_EQ((std::array<int, 4>{fx.Shader_2DFX_Dict.begin()->first, fx.Shader_2DFX_Dict.rbegin()->first,
+                                fx.Shader_3DFX_Dict.begin()->first, fx.Shader_3DFX_Dict.rbegin()->first}),
+            (std::array<int, 4>{200, 229, 300, 379}));
 
   std::set<unsigned int> handles;
   for (const auto* map : {&fx.Shader_2DFX_Dict, &fx.Shader_3DFX_Dict}) {

@@ -70,58 +70,36 @@ TEST(Actions, MoveToLerpsFromTheWorldPositionAndEndsExactly) {
 }
 
 TEST(Actions, MoveByScaleAndRotateReachTheirEnds) {
-  auto target = std::make_shared<FakeTarget>();
-  target->local = Vector3(1, 1, 1);
-  target->sx = 2.0, target->sy = 4.0;
-  target->angle = 30.0;
-
-  MoveByAction moveBy(1.0, 2, 4, 6);
-  ScaleToAction scaleTo(1.0, 4, 8);
-  ScaleByAction scaleBy(1.0, 1, -1);
-  RotateToAction rotateTo(1.0, 130);
-  RotateByAction rotateBy(1.0, 90);
-  std::vector<GAction*> all{&moveBy, &scaleTo, &scaleBy, &rotateTo, &rotateBy};
-  for (GAction* a : all) a->SetTarget(target);
-
-  moveBy.Run();
-  moveBy.update(0.5);
-  ExpectAt(*target, 2, 3, 4, "moveBy half");
-  moveBy.update(0.75);  // overshoot lands on the end exactly
-  ExpectAt(*target, 3, 5, 7, "moveBy end");
-
-  scaleTo.Run();
-  scaleTo.update(0.25);
-  EXPECT_DOUBLE_EQ(target->sx, 2.5);
-  EXPECT_DOUBLE_EQ(target->sy, 5.0);
-  scaleTo.update(1.0);
-  EXPECT_DOUBLE_EQ(target->sx, 4.0);
-  EXPECT_DOUBLE_EQ(target->sy, 8.0);
-
-  scaleBy.Run();
-  scaleBy.update(0.5);
-  EXPECT_DOUBLE_EQ(target->sx, 4.5);
-  EXPECT_DOUBLE_EQ(target->sy, 7.5);
-  scaleBy.update(0.5);
-  EXPECT_DOUBLE_EQ(target->sx, 5.0);
-  EXPECT_DOUBLE_EQ(target->sy, 7.0);
-
-  rotateTo.Run();
-  rotateTo.update(0.5);
-  EXPECT_DOUBLE_EQ(target->angle, 80.0);
-  rotateTo.update(0.5);
-  EXPECT_DOUBLE_EQ(target->angle, 130.0);
-
-  target->angle = 30.0;
-  rotateBy.Run();
-  rotateBy.update(0.5);
-  EXPECT_DOUBLE_EQ(target->angle, 75.0);
-  rotateBy.update(0.5);
-  EXPECT_DOUBLE_EQ(target->angle, 120.0);
-
-  for (GAction* a : all) EXPECT_TRUE(a->IsOver());
+  // Each action over 1 s from position (1, 1, 1), scale (2, 4), angle 30: the state
+  // after 0.5 s, then after an overshooting 0.75 s that must land on the end exactly.
+  using State = std::array<double, 6>;  // x, y, z, sx, sy, angle
+  const auto state = [](const FakeTarget& t) { return State{t.local.x, t.local.y, t.local.z, t.sx, t.sy, t.angle}; };
+  const struct {
+    const char* name;
+    std::shared_ptr<GAction> action;
+    State half, end;
+  } cases[] = {
+      {"MoveBy", std::make_shared<MoveByAction>(1.0, 2, 4, 6), {2, 3, 4, 2, 4, 30}, {3, 5, 7, 2, 4, 30}},
+      {"ScaleTo", std::make_shared<ScaleToAction>(1.0, 4, 8), {1, 1, 1, 3, 6, 30}, {1, 1, 1, 4, 8, 30}},
+      {"ScaleBy", std::make_shared<ScaleByAction>(1.0, 1, -1), {1, 1, 1, 2.5, 3.5, 30}, {1, 1, 1, 3, 3, 30}},
+      {"RotateTo", std::make_shared<RotateToAction>(1.0, 130), {1, 1, 1, 2, 4, 80}, {1, 1, 1, 2, 4, 130}},
+      {"RotateBy 30 by 90", std::make_shared<RotateByAction>(1.0, 90), {1, 1, 1, 2, 4, 75}, {1, 1, 1, 2, 4, 120}},
+  };
+  for (const auto& c : cases) {
+    auto target = std::make_shared<FakeTarget>();
+    target->local = Vector3(1, 1, 1);
+    target->sx = 2.0, target->sy = 4.0, target->angle = 30.0;
+    c.action->SetTarget(target);
+    c.action->Run();
+    c.action->update(0.5);
+    EXPECT_EQ(state(*target), c.half) << c.name;
+    c.action->update(0.75);
+    EXPECT_EQ(state(*target), c.end) << c.name;
+    EXPECT_TRUE(c.action->IsOver()) << c.name;
+  }
 }
 
-TEST(Actions, ZeroDurationEndsAtTheFirstUpdateAndNoTargetMeansNothing) {
+TEST(Actions, ZeroDurationPauseStopAndMissingTargets) {
   auto target = std::make_shared<FakeTarget>();
   MoveToAction instant(0.0, 7, 8, 9);
   instant.SetTarget(target);
@@ -130,12 +108,30 @@ TEST(Actions, ZeroDurationEndsAtTheFirstUpdateAndNoTargetMeansNothing) {
   ExpectAt(*target, 7, 8, 9, "duration 0");
   EXPECT_TRUE(instant.IsOver());
 
-  // Without a target, Run does not even start the action.
+  // Pause and Stop keep the run time; Resume goes on from it; Run starts afresh.
+  RotateToAction rot(4.0, 40);
+  rot.SetTarget(target);
+  rot.Run();
+  rot.update(1.0);
+  rot.Pause();
+  rot.update(1.0);
+  EXPECT_DOUBLE_EQ(rot.GetRunTime(), 1.0);
+  rot.Resume();
+  rot.update(1.0);
+  EXPECT_DOUBLE_EQ(target->angle, 20.0);
+  rot.Stop();
+  EXPECT_FALSE(rot.IsRunning());
+  rot.Resume();
+  rot.update(1.0);
+  EXPECT_DOUBLE_EQ(rot.GetRunTime(), 3.0);
+  rot.Run();
+  EXPECT_DOUBLE_EQ(rot.GetRunTime(), 0.0);
+  EXPECT_DOUBLE_EQ(rot.srcAngle, 30.0);
+
+  // Without a target Run does not start; a target that has gone away counts as none.
   MoveToAction loose(1.0, 1, 1, 1);
   loose.Run();
   EXPECT_FALSE(loose.IsRunning());
-
-  // A target that has gone away counts as none.
   MoveToAction orphan(1.0, 1, 1, 1);
   {
     auto gone = std::make_shared<FakeTarget>();
@@ -145,34 +141,6 @@ TEST(Actions, ZeroDurationEndsAtTheFirstUpdateAndNoTargetMeansNothing) {
   orphan.update(1.0);
   EXPECT_DOUBLE_EQ(orphan.GetRunTime(), 0.0);
   EXPECT_FALSE(orphan.IsOver());
-}
-
-TEST(Actions, PauseResumeAndStopKeepRuntimeRunRestarts) {
-  auto target = std::make_shared<FakeTarget>();
-  RotateToAction rot(4.0, 40);
-  rot.SetTarget(target);
-  rot.Run();
-  rot.update(1.0);
-  rot.Pause();
-  rot.update(1.0);
-  EXPECT_DOUBLE_EQ(rot.GetRunTime(), 1.0);
-  EXPECT_DOUBLE_EQ(target->angle, 10.0);
-  rot.Resume();
-  rot.update(1.0);
-  EXPECT_DOUBLE_EQ(rot.GetRunTime(), 2.0);
-  EXPECT_DOUBLE_EQ(target->angle, 20.0);
-
-  EXPECT_FALSE(rot.time.has_value());
-  rot.Stop();
-  EXPECT_EQ(rot.time, 0.0);
-  EXPECT_FALSE(rot.IsRunning());
-  rot.Resume();
-  rot.update(1.0);
-  EXPECT_DOUBLE_EQ(rot.GetRunTime(), 3.0);
-
-  rot.Run();
-  EXPECT_DOUBLE_EQ(rot.GetRunTime(), 0.0);
-  EXPECT_DOUBLE_EQ(rot.srcAngle, 30.0);
 }
 
 TEST(Actions, BlinkHidesForHalfAPeriodAndEndsOnTheCount) {

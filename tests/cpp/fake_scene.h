@@ -92,4 +92,18 @@ class FakeScene : public NodeScene {
   int postFXRects = 0;
 };
 
+// A scene that asks for a pick along a given ray and records the selections.
+class PickScene : public FakeScene {
+ public:
+  bool isCheckPickOnce() const override { return pickRequested; }
+  std::pair<Vector3, Vector3> GetScree3DPointAndDir() override { return {rayPt, rayDir}; }
+  void Select3DObject(const NodePtr& node) override { selected.push_back(node.get()); }
+  NodePtr GetCurrDrawNode() const override { return drawNode; }
+
+  bool pickRequested = true;
+  Vector3 rayPt, rayDir;
+  std::vector<const Vorn_3DGameNode*> selected;
+  NodePtr drawNode;
+};
+
 }  // namespace vorn::test

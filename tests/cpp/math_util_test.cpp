@@ -35,18 +35,16 @@ TEST(Vector3, NormalizeLeavesZeroAloneAndUnitOtherwise) {
 TEST(Vector3, RotateAngleAxisKeepsItsSignConventions) {
   // radius = aroundPos - self = (1, 0, 0); 90 degrees about Z gives (0, 1, -0);
   // about Y, the third component is negated: (0, 0, -(-1)) = (0, 0, 1).
-  const Vector3 self(0, 0, 0);
-  const Vector3 r1 = self.RotateAngleAxis(Vector3(1, 0, 0), Vector3(0, 0, 1), 90);
-  EXPECT_NEAR(r1.x, 0.0, 1e-15);
-  EXPECT_NEAR(r1.y, 1.0, 1e-15);
-  EXPECT_NEAR(r1.z, 0.0, 1e-15);
-  const Vector3 r2 = self.RotateAngleAxis(Vector3(1, 0, 0), Vector3(0, 1, 0), 90);
-  EXPECT_NEAR(r2.x, 0.0, 1e-15);
-  EXPECT_NEAR(r2.z, 1.0, 1e-15);
   // The offset is not added back to aroundPos.
-  const Vector3 r3 = Vector3(5, 5, 5).RotateAngleAxis(Vector3(6, 5, 5), Vector3(0, 0, 1), 0);
-  EXPECT_NEAR(r3.x, 1.0, 1e-15);
-  EXPECT_NEAR(r3.z, 0.0, 1e-15);
+  const struct {
+    Vector3 self, around, axis, want;
+  } cases[] = {{{0, 0, 0}, {1, 0, 0}, {0, 0, 1}, {0, 1, 0}},
+               {{0, 0, 0}, {1, 0, 0}, {0, 1, 0}, {0, 0, 1}},
+               {{5, 5, 5}, {6, 5, 5}, {0, 0, 1}, {1, 0, 0}}};
+  for (const auto& c : cases) {
+    const Vector3 r = c.self.RotateAngleAxis(c.around, c.axis, c.self.x == 5 ? 0 : 90);
+    EXPECT_NEAR((r - c.want).length(), 0.0, 1e-15) << c.axis.str();
+  }
 }
 
 TEST(MathUtil, ClampLerpAndRectangles) {

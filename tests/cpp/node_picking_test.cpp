@@ -17,19 +17,7 @@
 namespace vorn {
 namespace {
 
-using test::FakeScene;
-
-// A scene that asks for a pick along a given ray and records selections.
-class PickScene : public FakeScene {
- public:
-  bool isCheckPickOnce() const override { return pickRequested; }
-  std::pair<Vector3, Vector3> GetScree3DPointAndDir() override { return {rayPt, rayDir}; }
-  void Select3DObject(const NodePtr& node) override { selected.push_back(node.get()); }
-
-  bool pickRequested = true;
-  Vector3 rayPt, rayDir;
-  std::vector<const Vorn_3DGameNode*> selected;
-};
+using test::PickScene;
 
 const Vector3 kDown(0.0, -1.0, 0.0);
 

@@ -5,6 +5,7 @@
 #include <filesystem>
 #include <memory>
 #include <string>
+#include <tuple>
 #include <vector>
 
 #include "console_capture.h"
@@ -35,12 +36,9 @@ TEST(NodeTextures, RecordsFromPixelsDensityLookupAndMisuse) {
   n->LoadSubMeshTextureFromImage(s, 2, Bytes3(1), "RGB", 1, 1, false, 3.0);
   n->LoadSubMeshTextureFromImage(s, 2, nullptr, "RGBA", 8, 8, true, 4.0);
 
-  const std::optional<TextureInfo> first = n->GetSubMeshTextureInfo(s, 2);
+  const std::optional<TextureInfo> first = n->GetSubMeshTextureInfo(s, 2);  // the first of channel 2
   ASSERT_TRUE(first);
-  EXPECT_EQ(first->width, 1);
-  EXPECT_FALSE(first->mipMap);
-  EXPECT_FALSE(first->genFinish);
-  EXPECT_EQ(first->texID, 0u);
+  EXPECT_EQ(std::make_tuple(first->width, first->mipMap, first->genFinish), std::make_tuple(1, false, false));
   EXPECT_FALSE(n->GetSubMeshTextureInfo(s, 1));
 
   n->SetSubMeshTextureDensity(s, 2, 0.25);
@@ -52,10 +50,10 @@ TEST(NodeTextures, RecordsFromPixelsDensityLookupAndMisuse) {
 
   // Misuse raises and appends nothing.
   EXPECT_THROW(n->LoadSubMeshTextureFromImage(5, 0, Bytes3(1), "RGB", 1, 1), KeyError);
-  EXPECT_THROW(n->LoadSubMeshTextureFromImage(s, 0, Bytes3(1), "BGR", 1, 1), ValueError);
-  EXPECT_THROW(n->LoadSubMeshTextureFromImage(s, 0, Bytes3(3), "RGB", 2, 2), ValueError);
-  EXPECT_THROW(n->LoadSubMeshTextureFromImage(s, 0, Bytes3(1), "RGBA", 1, 1), ValueError);
-  EXPECT_THROW(n->LoadSubMeshTextureFromImage(s, 0, nullptr, "RGB", -1, 2), ValueError);
+  for (const auto& [pixels, format, w] : {std::tuple{Bytes3(1), "BGR", 1}, {Bytes3(3), "RGB", 2}, {Bytes3(1), "RGBA", 1},
+                                          {TexturePixels(), "RGB", -1}}) {
+    EXPECT_THROW(n->LoadSubMeshTextureFromImage(s, 0, pixels, format, w, w == 2 ? 2 : 1), ValueError) << format << w;
+  }
   EXPECT_THROW(n->GetSubMeshTextureInfo(5, 0), KeyError);
   EXPECT_THROW(n->SetSubMeshTextureDensity(5, 0, 1.0), KeyError);
   EXPECT_EQ(n->TextureArray.at(s).size(), 3u);
@@ -93,8 +91,7 @@ TEST(NodeTextures, FileSearchAsGivenThroughTheIndexAndBesideTheMesh) {
   const std::optional<TextureInfo> skin = n->GetSubMeshTextureInfo(s, 1);
   ASSERT_TRUE(skin);
   EXPECT_EQ(FirstPixel(*skin), kGreen);
-  EXPECT_EQ(skin->density, 2.0);
-  EXPECT_FALSE(skin->mipMap);
+  EXPECT_EQ(std::make_pair(skin->density, skin->mipMap), std::make_pair(2.0, false));
 
   // A found file that is no picture.
   console.clear();
@@ -122,14 +119,9 @@ TEST(NodeTextures, GeneratedTexturesAreAppendedFinishedAndUnknownIdsIgnored) {
   for (int s : {a, b}) {
     ASSERT_EQ(n->TextureArray.at(s).size(), 1u);
     const TextureInfo& rec = n->TextureArray.at(s)[0];
-    EXPECT_EQ(rec.channel, 3);
-    EXPECT_EQ(rec.texID, 42u);
+    EXPECT_EQ(std::make_tuple(rec.channel, rec.texID, rec.Format, rec.width, rec.height, rec.genFinish, rec.mipMap),
+              std::make_tuple(3, 42u, std::string("RGB"), 64, 32, true, false));
     EXPECT_FALSE(rec.imgData);
-    EXPECT_EQ(rec.Format, "RGB");
-    EXPECT_EQ(rec.width, 64);
-    EXPECT_EQ(rec.height, 32);
-    EXPECT_TRUE(rec.genFinish);
-    EXPECT_FALSE(rec.mipMap);
   }
   EXPECT_THROW(n->SetSubMeshDynamicTextureID(9, 42), KeyError);
 }

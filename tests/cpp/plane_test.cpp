@@ -10,6 +10,7 @@
 #include "console_capture.h"
 #include "core/errors.h"
 #include "core/math_util.h"
+#include "fake_scene.h"
 
 namespace vorn {
 namespace {
@@ -17,21 +18,7 @@ namespace {
 using Plane = Vorn_3DPlane;
 using Tile = std::pair<std::int64_t, std::int64_t>;
 
-// A scene that asks for a pick along a given ray and records selections.
-class PickScene : public NodeScene {
- public:
-  int GenNewGameNodeID() override { return 1; }
-  double Get3DTerrainY(double, double) override { return 0.0; }
-  bool isCheckPickOnce() const override { return pickRequested; }
-  std::pair<Vector3, Vector3> GetScree3DPointAndDir() override { return {rayPt, rayDir}; }
-  void Select3DObject(const NodePtr& node) override { selected.push_back(node.get()); }
-  NodePtr GetCurrDrawNode() const override { return drawNode; }
-
-  bool pickRequested = true;
-  Vector3 rayPt, rayDir;
-  std::vector<const Vorn_3DGameNode*> selected;
-  NodePtr drawNode = MakeNode<Vorn_3DGameNode>();
-};
+using test::PickScene;
 
 std::pair<Vector3, Vector3> down_at(double x, double z) { return {Vector3(x, 50.0, z), Vector3(0.0, -1.0, 0.0)}; }
 
@@ -214,6 +201,7 @@ TEST(Plane, PickTileAgreesWithTestingEveryTile) {
 
 TEST(Plane, PickEventInClickAndDragMode) {
   auto scene = std::make_shared<PickScene>();
+  scene->drawNode = MakeNode<Vorn_3DGameNode>();
   auto plane = MakeNode<Plane>();
   plane->OnLoad(scene);
   plane->CreatePlane(2, 2, 2.0);  // tiles of 2 from -2 to 2

@@ -31,9 +31,6 @@ class TextGL : public test::GLTest {
     glReadPixels(0, 0, test::kWindowWidth, test::kWindowHeight, GL_RGBA, GL_UNSIGNED_BYTE, rgba.data());
     return rgba;
   }
-  static const unsigned char* At(const std::vector<unsigned char>& px, int x, int y_from_top) {
-    return &px[((test::kWindowHeight - 1 - y_from_top) * test::kWindowWidth + x) * 4];
-  }
   // Bounding box of pixels matching a colour, in top-left window coordinates.
   struct Box {
     int left = 1 << 30, top = 1 << 30, right = -1, bottom = -1;
@@ -43,7 +40,7 @@ class TextGL : public test::GLTest {
     Box box;
     for (int y = 0; y < test::kWindowHeight; ++y)
       for (int x = 0; x < test::kWindowWidth; ++x) {
-        const unsigned char* p = At(px, x, y);
+        const unsigned char* p = &px[((test::kWindowHeight - 1 - y) * test::kWindowWidth + x) * 4];
         if (p[0] == r && p[1] == g && p[2] == b) {
           box.left = std::min(box.left, x);
           box.right = std::max(box.right, x);
@@ -66,10 +63,8 @@ TEST_F(TextGL, TopOfLineAtYAndShadowOnePixelLowerRight) {
   const Box white = Find(plain, 255, 255, 255);
   ASSERT_FALSE(white.empty());
   // The glyphs lie inside the 13-pixel line that starts at y = 30.
-  EXPECT_GE(white.left, 40);
-  EXPECT_LT(white.left, 44);
-  EXPECT_GE(white.top, 30);
-  EXPECT_LE(white.bottom, 30 + 13);
+  EXPECT_TRUE(white.left >= 40 && white.left < 44) << white.left;
+  EXPECT_TRUE(white.top >= 30 && white.bottom <= 30 + 13) << white.top << ".." << white.bottom;
   EXPECT_TRUE(Find(plain, 0, 0, 0).empty());
 
   glClear(GL_COLOR_BUFFER_BIT);

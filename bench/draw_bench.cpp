@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "app/globals.h"
+#include "raw_gl_nodes.h"
 #include "core/console.h"
 #include "core/gl_api.h"
 #include "node/game_node.h"
@@ -71,53 +72,10 @@ void BM_EngineDraw(benchmark::State& state) {
 }
 BENCHMARK(BM_EngineDraw)->Unit(benchmark::kMicrosecond);
 
-// What the raw loop needs of each node, prepared once.
-struct RawNode {
-  std::array<float, 16> model;
-  std::array<float, 4> colour;
-  GLuint vbo, ibo;
-  GLsizei count;
-};
-
 void BM_RawGL(benchmark::State& state) {
-  const GLuint program = *vorn::FXManagerInstance->GetShader(vorn::Vorn_3DFX::FX_DIFFUSE);
-  const GLint uModel = glGetUniformLocation(program, "uModelMatrix");
-  const GLint uColour = glGetUniformLocation(program, "uSubmeshColor");
-  const GLint uAmbient = glGetUniformLocation(program, "uAmbientColor");
-  const GLint uSun = glGetUniformLocation(program, "uSunLight");
-  std::vector<RawNode> raw;
-  for (const auto& n : nodes) {
-    const auto c = n->GetSubMeshColor(0);
-    raw.push_back({n->GetWorldMatrix().FlattenFloat(),
-                   {float(c[0]), float(c[1]), float(c[2]), float(c[3])},
-                   n->VVBOArray.at(0)->gl_name(),
-                   n->IVBOArray.at(0)->gl_name(),
-                   GLsizei(n->SubMeshShapeCount.at(0))});
-  }
-  const float ambient[3] = {0.9f, 0.9f, 0.9f};
-  const float sun[6] = {0, 0, -1, 1, 1, 1};
+  const vorn::bench::RawDiffuseNodes raw(nodes, {0.9f, 0.9f, 0.9f}, {0, 0, -1, 1, 1, 1});
   for (auto _ : state) {
-    for (const RawNode& r : raw) {
-      glPushMatrix();
-      glUseProgram(program);
-      glUniformMatrix4fv(uModel, 1, GL_FALSE, r.model.data());
-      glUniform4fv(uColour, 1, r.colour.data());
-      glUniform3fv(uAmbient, 1, ambient);
-      glUniform3fv(uSun, 2, sun);
-      glEnable(GL_TEXTURE_2D);
-      glPolygonMode(GL_FRONT, GL_FILL);
-      glPolygonMode(GL_BACK, GL_FILL);
-      glDisable(GL_CULL_FACE);
-      glBindBuffer(GL_ARRAY_BUFFER, r.vbo);
-      glInterleavedArrays(GL_N3F_V3F, 0, nullptr);
-      glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, r.ibo);
-      glDrawElements(GL_TRIANGLES, r.count, GL_UNSIGNED_SHORT, nullptr);
-      glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
-      glBindBuffer(GL_ARRAY_BUFFER, 0);
-      glBindTexture(GL_TEXTURE_2D, 0);
-      glUseProgram(0);
-      glPopMatrix();
-    }
+    raw.Draw();
     glFinish();
   }
   state.SetItemsProcessed(state.iterations() * kNodes);

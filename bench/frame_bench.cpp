@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "app/globals.h"
+#include "raw_gl_nodes.h"
 #include "camera/camera.h"
 #include "core/console.h"
 #include "core/gl_api.h"
@@ -73,13 +74,6 @@ void BM_DrawScene_1000Quads_Plane128_500Spheres(benchmark::State& state) {
 }
 BENCHMARK(BM_DrawScene_1000Quads_Plane128_500Spheres)->Unit(benchmark::kMicrosecond);
 
-struct RawNode {
-  std::array<float, 16> model;
-  std::array<float, 4> colour;
-  GLuint vbo, ibo;
-  GLsizei count;
-};
-
 void DrawRawText(const char* text, float x, float y) {
   glColor3f(0, 0, 0);
   glWindowPos2f(x + 1, kHeight - 13 - y - 1);
@@ -90,23 +84,7 @@ void DrawRawText(const char* text, float x, float y) {
 }
 
 void BM_RawGLFrame_1000Quads(benchmark::State& state) {
-  const GLuint program = *vorn::FXManagerInstance->GetShader(vorn::Vorn_3DFX::FX_DIFFUSE);
-  const GLint uModel = glGetUniformLocation(program, "uModelMatrix");
-  const GLint uColour = glGetUniformLocation(program, "uSubmeshColor");
-  const GLint uAmbient = glGetUniformLocation(program, "uAmbientColor");
-  const GLint uSun = glGetUniformLocation(program, "uSunLight");
-  std::vector<RawNode> raw;
-  for (std::size_t i = 0; i < quadScene->ObjectArray_3D.size(); ++i) {
-    const auto& n = quadScene->ObjectArray_3D[i];
-    const auto c = n->GetSubMeshColor(0);
-    raw.push_back({n->GetWorldMatrix().FlattenFloat(),
-                   {float(c[0]), float(c[1]), float(c[2]), float(c[3])},
-                   n->VVBOArray.at(0)->gl_name(),
-                   n->IVBOArray.at(0)->gl_name(),
-                   GLsizei(n->SubMeshShapeCount.at(0))});
-  }
-  const float ambient[3] = {0.9f, 0.9f, 0.9f};
-  const float sun[6] = {-1, -1, -1, 1, 1, 1};
+  const vorn::bench::RawDiffuseNodes raw(quadScene->ObjectArray_3D, {0.9f, 0.9f, 0.9f}, {-1, -1, -1, 1, 1, 1});
   for (auto _ : state) {
     glViewport(0, 0, kWidth, kHeight);
     glClearColor(0, 0, 0, 1);
@@ -117,27 +95,7 @@ void BM_RawGLFrame_1000Quads(benchmark::State& state) {
     gluLookAt(0, 0, 120, 0, 0, 0, 0, 1, 0);
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
-    for (const RawNode& r : raw) {
-      glPushMatrix();
-      glUseProgram(program);
-      glUniformMatrix4fv(uModel, 1, GL_FALSE, r.model.data());
-      glUniform4fv(uColour, 1, r.colour.data());
-      glUniform3fv(uAmbient, 1, ambient);
-      glUniform3fv(uSun, 2, sun);
-      glEnable(GL_TEXTURE_2D);
-      glPolygonMode(GL_FRONT, GL_FILL);
-      glPolygonMode(GL_BACK, GL_FILL);
-      glDisable(GL_CULL_FACE);
-      glBindBuffer(GL_ARRAY_BUFFER, r.vbo);
-      glInterleavedArrays(GL_N3F_V3F, 0, nullptr);
-      glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, r.ibo);
-      glDrawElements(GL_TRIANGLES, r.count, GL_UNSIGNED_SHORT, nullptr);
-      glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
-      glBindBuffer(GL_ARRAY_BUFFER, 0);
-      glBindTexture(GL_TEXTURE_2D, 0);
-      glUseProgram(0);
-      glPopMatrix();
-    }
+    raw.Draw();
     DrawRawText("FPS:60", 2, 2);
     DrawRawText("Batch:1002", 2, 22);
     glFlush();

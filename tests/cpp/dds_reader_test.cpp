@@ -11,7 +11,7 @@ namespace {
 
 using F = Vorn_DXGI_FORMAT;
 using test::Bytes;
-using test::DDSSpec;
+using test::DDSHeaderFields;
 using test::MakeDDS;
 using test::Repeat;
 using test::operator+;
@@ -28,7 +28,7 @@ std::array<int, 4> px(const Image& im, int x, int y) {
 }
 
 TEST(DDSReader, BlockFormatsDecodeWithTheirModeAndFlag) {
-  DDSSpec s;
+  DDSHeaderFields s;
   s.width = 8;
   const ImageLoadResult bc1 = ReadDDS(MakeDDS(s, kRedBC1 + kGreenBC1));
   ASSERT_TRUE(bc1.image);
@@ -54,7 +54,7 @@ TEST(DDSReader, BlockFormatsDecodeWithTheirModeAndFlag) {
 }
 
 TEST(DDSReader, EveryPassReadsAFullSurfaceAndTheLastWins) {
-  DDSSpec s;
+  DDSHeaderFields s;
   // 4 by 4 with two mips: the second level's single block is read as a full surface.
   s.mipCount = 2;
   const ImageLoadResult two = ReadDDS(MakeDDS(s, kRedBC1 + kGreenBC1));
@@ -73,7 +73,7 @@ TEST(DDSReader, EveryPassReadsAFullSurfaceAndTheLastWins) {
 }
 
 TEST(DDSReader, CubeMapsNeedAllSixFacesAndDecodeTheLast) {
-  DDSSpec s;
+  DDSHeaderFields s;
   s.caps2 = static_cast<std::uint32_t>(Vorn_DDS_CUBE::DDS_CUBEMAP_ALLFACES);
   const ImageLoadResult six = ReadDDS(MakeDDS(s, Repeat(kRedBC1, 5) + kGreenBC1));
   ASSERT_TRUE(six.image);
@@ -90,7 +90,7 @@ TEST(DDSReader, CubeMapsNeedAllSixFacesAndDecodeTheLast) {
 }
 
 TEST(DDSReader, OtherFormatsDecodeNothingButKeepTheirSize) {
-  DDSSpec s;
+  DDSHeaderFields s;
   s.pfFlags = static_cast<std::uint32_t>(F::DDS_RGB);
   s.fourCC = "";
   s.rgbBits = 32;
@@ -102,7 +102,7 @@ TEST(DDSReader, OtherFormatsDecodeNothingButKeepTheirSize) {
   EXPECT_FALSE(r.image);
   EXPECT_EQ(std::make_pair(r.width, r.height), std::make_pair(4, 4));
   EXPECT_TRUE(r.has_flag && !r.flag);
-  s = DDSSpec();
+  s = DDSHeaderFields();
   s.fourCC = "ATI2";
   EXPECT_EQ(ReadDDS(MakeDDS(s, Repeat(kBC3, 1))).width, 4);
 }
@@ -112,14 +112,14 @@ TEST(DDSReader, MalformedFilesGiveTheFailureValue) {
     const char* name;
     Bytes file;
   };
-  const auto spec = [](auto change) {
-    DDSSpec s;
+  const auto header = [](auto change) {
+    DDSHeaderFields s;
     change(s);
     return s;
   };
-  Bytes short_header = MakeDDS(DDSSpec(), {});
+  Bytes short_header = MakeDDS(DDSHeaderFields(), {});
   short_header.pop_back();
-  Bytes bad_magic = MakeDDS(DDSSpec(), kRedBC1);
+  Bytes bad_magic = MakeDDS(DDSHeaderFields(), kRedBC1);
   bad_magic[3] = 'X';
   // A DX10 header with BC1_UNORM and a 2D dimension still doesn't load.
   Bytes dx10;
@@ -130,20 +130,20 @@ TEST(DDSReader, MalformedFilesGiveTheFailureValue) {
       {"bad magic", bad_magic},
       {"header cut at 127 bytes", short_header},
       {"block data one byte short", [] {
-         Bytes b = MakeDDS(DDSSpec(), kRedBC1);
+         Bytes b = MakeDDS(DDSHeaderFields(), kRedBC1);
          b.pop_back();
          return b;
        }()},
-      {"DX10 header", MakeDDS(spec([](DDSSpec& s) { s.fourCC = "DX10"; }), dx10 + kRedBC1)},
-      {"DX10 header cut short", MakeDDS(spec([](DDSSpec& s) { s.fourCC = "DX10"; }), {1, 2})},
-      {"6 by 6 BC1 writes past the image", MakeDDS(spec([](DDSSpec& s) { s.width = s.height = 6; }),
+      {"DX10 header", MakeDDS(header([](DDSHeaderFields& s) { s.fourCC = "DX10"; }), dx10 + kRedBC1)},
+      {"DX10 header cut short", MakeDDS(header([](DDSHeaderFields& s) { s.fourCC = "DX10"; }), {1, 2})},
+      {"6 by 6 BC1 writes past the image", MakeDDS(header([](DDSHeaderFields& s) { s.width = s.height = 6; }),
                                                    Repeat(kRedBC1, 4))},
-      {"width 65535", MakeDDS(spec([](DDSSpec& s) { s.width = 65535; }), kRedBC1)},
-      {"height 65535", MakeDDS(spec([](DDSSpec& s) { s.height = 65535; }), kRedBC1)},
-      {"width 16385", MakeDDS(spec([](DDSSpec& s) { s.width = 16385; }), kRedBC1)},
-      {"negative width", MakeDDS(spec([](DDSSpec& s) { s.width = 0xFFFFFFF0u; }), kRedBC1)},
-      {"16384 squared with one block", MakeDDS(spec([](DDSSpec& s) { s.width = s.height = 16384; }), kRedBC1)},
-      {"fourCC not UTF-8", MakeDDS(spec([](DDSSpec& s) { s.fourCC = "\xC3("; }), kRedBC1)},
+      {"width 65535", MakeDDS(header([](DDSHeaderFields& s) { s.width = 65535; }), kRedBC1)},
+      {"height 65535", MakeDDS(header([](DDSHeaderFields& s) { s.height = 65535; }), kRedBC1)},
+      {"width 16385", MakeDDS(header([](DDSHeaderFields& s) { s.width = 16385; }), kRedBC1)},
+      {"negative width", MakeDDS(header([](DDSHeaderFields& s) { s.width = 0xFFFFFFF0u; }), kRedBC1)},
+      {"16384 squared with one block", MakeDDS(header([](DDSHeaderFields& s) { s.width = s.height = 16384; }), kRedBC1)},
+      {"fourCC not UTF-8", MakeDDS(header([](DDSHeaderFields& s) { s.fourCC = "\xC3("; }), kRedBC1)},
   };
   for (const Case& c : cases) {
     const ImageLoadResult r = ReadDDS(c.file);
@@ -153,14 +153,14 @@ TEST(DDSReader, MalformedFilesGiveTheFailureValue) {
 }
 
 TEST(DDSReader, EdgeCasesOfSizeMipCountAndPath) {
-  DDSSpec s;
+  DDSHeaderFields s;
   s.width = 0;  // an empty image of that size
   const ImageLoadResult empty = ReadDDS(MakeDDS(s, {}));
   ASSERT_TRUE(empty.image);
   EXPECT_EQ(empty.image->width(), 0);
   EXPECT_EQ(empty.height, 4);
   // More than fifteen mips give the failure without a flag field.
-  s = DDSSpec();
+  s = DDSHeaderFields();
   s.mipCount = 16;
   const ImageLoadResult r = ReadDDS(MakeDDS(s, Repeat(kRedBC1, 16)));
   EXPECT_TRUE(r.failed());
@@ -169,7 +169,7 @@ TEST(DDSReader, EdgeCasesOfSizeMipCountAndPath) {
   EXPECT_TRUE(ReadDDS(MakeDDS(s, Repeat(kRedBC1, 15))).has_flag);
 
   test::TempDir dir;
-  EXPECT_TRUE(LoadDDS(dir.write("t.dds", MakeDDS(DDSSpec(), kRedBC1))).image);
+  EXPECT_TRUE(LoadDDS(dir.write("t.dds", MakeDDS(DDSHeaderFields(), kRedBC1))).image);
   EXPECT_TRUE(LoadDDS(dir.file("none.dds")).failed());
 }
 

@@ -64,7 +64,7 @@ inline Bytes MakeTGA(std::uint8_t type, std::uint16_t width, std::uint16_t heigh
 }
 
 // The fields of a DDS header that tests vary; the rest stay zero.
-struct DDSSpec {
+struct DDSHeaderFields {
   std::uint32_t flags = 0x1007;  // caps, height, width, pixel format
   std::uint32_t width = 4;
   std::uint32_t height = 4;
@@ -78,7 +78,7 @@ struct DDSSpec {
 
 // Magic, the 124-byte header, and `data` after it (a DX10 header too if the test puts
 // one into `data`).
-inline Bytes MakeDDS(const DDSSpec& s, const Bytes& data) {
+inline Bytes MakeDDS(const DDSHeaderFields& s, const Bytes& data) {
   Bytes b = {'D', 'D', 'S', ' '};
   append_u32(b, 124);
   append_u32(b, s.flags);

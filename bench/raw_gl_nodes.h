@@ -1,0 +1,75 @@
+#pragma once
+// The raw GL baseline of the draw benchmarks: the calls the engine issues to draw a node
+// with one indexed FX_DIFFUSE submesh (matrix push and pop, program switch, the
+// program's uniforms, texture enable, polygon and cull state, buffer binds, interleaved
+// arrays, the draw, the unbinds), with locations and matrices prepared beforehand.
+#include <array>
+#include <vector>
+
+#include "core/gl_api.h"
+#include "node/game_node.h"
+#include "shader/fx_3d.h"
+#include "shader/fx_manage.h"
+
+namespace vorn::bench {
+
+class RawDiffuseNodes {
+ public:
+  // Reads what each node's draw needs; the nodes' buffers must be uploaded already.
+  template <class Nodes>
+  RawDiffuseNodes(const Nodes& nodes, std::array<float, 3> ambient, std::array<float, 6> sun)
+      : ambient_(ambient), sun_(sun) {
+    program_ = *FXManagerInstance->GetShader(Vorn_3DFX::FX_DIFFUSE);
+    uModel_ = glGetUniformLocation(program_, "uModelMatrix");
+    uColour_ = glGetUniformLocation(program_, "uSubmeshColor");
+    uAmbient_ = glGetUniformLocation(program_, "uAmbientColor");
+    uSun_ = glGetUniformLocation(program_, "uSunLight");
+    for (const auto& n : nodes) {
+      const auto c = n->GetSubMeshColor(0);
+      nodes_.push_back({n->GetWorldMatrix().FlattenFloat(),
+                        {float(c[0]), float(c[1]), float(c[2]), float(c[3])},
+                        n->VVBOArray.at(0)->gl_name(),
+                        n->IVBOArray.at(0)->gl_name(),
+                        GLsizei(n->SubMeshShapeCount.at(0))});
+    }
+  }
+
+  void Draw() const {
+    for (const Node& r : nodes_) {
+      glPushMatrix();
+      glUseProgram(program_);
+      glUniformMatrix4fv(uModel_, 1, GL_FALSE, r.model.data());
+      glUniform4fv(uColour_, 1, r.colour.data());
+      glUniform3fv(uAmbient_, 1, ambient_.data());
+      glUniform3fv(uSun_, 2, sun_.data());
+      glEnable(GL_TEXTURE_2D);
+      glPolygonMode(GL_FRONT, GL_FILL);
+      glPolygonMode(GL_BACK, GL_FILL);
+      glDisable(GL_CULL_FACE);
+      glBindBuffer(GL_ARRAY_BUFFER, r.vbo);
+      glInterleavedArrays(GL_N3F_V3F, 0, nullptr);
+      glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, r.ibo);
+      glDrawElements(GL_TRIANGLES, r.count, GL_UNSIGNED_SHORT, nullptr);
+      glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+      glBindBuffer(GL_ARRAY_BUFFER, 0);
+      glBindTexture(GL_TEXTURE_2D, 0);
+      glUseProgram(0);
+      glPopMatrix();
+    }
+  }
+
+ private:
+  struct Node {
+    std::array<float, 16> model;
+    std::array<float, 4> colour;
+    GLuint vbo, ibo;
+    GLsizei count;
+  };
+  std::vector<Node> nodes_;
+  std::array<float, 3> ambient_;
+  std::array<float, 6> sun_;
+  GLuint program_ = 0;
+  GLint uModel_ = -1, uColour_ = -1, uAmbient_ = -1, uSun_ = -1;
+};
+
+}  // namespace vorn::bench

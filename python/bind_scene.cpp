@@ -21,10 +21,11 @@ namespace vorn::py_bind {
 namespace {
 
 using Scene = Vorn_3Dcene;
+using SceneClass = py::class_<Scene, NodeScene, std::shared_ptr<Scene>>;
 
 // A registry of the scene as a live list that keeps the scene alive.
 template <NodeList Scene::*Field>
-void registry(py::class_<Scene, NodeScene, std::shared_ptr<Scene>>& cls, const char* name, const char* doc) {
+void registry(SceneClass& cls, const char* name, const char* doc) {
   cls.def_property(
       name, [](const std::shared_ptr<Scene>& s) { return NodeListView{s, &((*s).*Field)}; },
       [name](const std::shared_ptr<Scene>& s, py::handle value) {
@@ -35,7 +36,7 @@ void registry(py::class_<Scene, NodeScene, std::shared_ptr<Scene>>& cls, const c
 
 // A node field of the scene (camera, sky, VR images) read and written as a node.
 template <NodeScene::NodePtr Scene::*Field>
-void node_field(py::class_<Scene, NodeScene, std::shared_ptr<Scene>>& cls, const char* name, const char* doc) {
+void node_field(SceneClass& cls, const char* name, const char* doc) {
   cls.def_property(
       name, [](const Scene& s) { return node_to_py(s.*Field); },
       [name](Scene& s, py::handle value) {
@@ -49,6 +50,49 @@ NodeScene::NodePtr parent_arg(py::handle parent, const char* factory) {
   return parent.is_none() ? nullptr : node_arg(parent, std::string("Vorn_3Dcene.") + factory);
 }
 
+// The binding of a factory Create...(x=0.0, y=0.0, z=0.0, parent=None, further...): the
+// further arguments keep their C++ types, the parent may be None or a node.
+template <auto Method>
+struct Factory;
+template <class... Ts, NodeScene::NodePtr (Scene::*Method)(double, double, double, const NodeScene::NodePtr&, Ts...)>
+struct Factory<Method> {
+  template <class... Args>
+  static void def(SceneClass& cls, const char* name, const char* doc, Args&&... further) {
+    cls.def(
+        name,
+        [name](Scene& s, double x, double y, double z, py::handle parent, Ts... rest) {
+          return node_to_py((s.*Method)(x, y, z, parent_arg(parent, name), rest...));
+        },
+        py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
+        std::forward<Args>(further)..., doc);
+  }
+};
+
+void bind_factories(SceneClass& cls) {
+  Factory<&Scene::CreatePointLight>::def(cls, "CreatePointLight", "A Vorn_3DPointLight in LightList (also with a parent).",
+                                         py::arg("range") = 5.0, py::arg("r") = 1.0, py::arg("g") = 1.0,
+                                         py::arg("b") = 1.0);
+  Factory<&Scene::CreatePlane>::def(cls, "CreatePlane", "A Vorn_3DPlane with FX_DIFFUSE.", py::arg("rows") = 20,
+                                    py::arg("cows") = 20, py::arg("tilesize") = 1.0);
+  Factory<&Scene::CreateBox>::def(cls, "CreateBox", "A Vorn_3DBox with FX_DIFFUSE.", py::arg("size_x") = 0.5,
+                                  py::arg("size_y") = 0.5, py::arg("size_z") = 0.5);
+  Factory<&Scene::CreateSphere>::def(cls, "CreateSphere", "A Vorn_3DSphere with FX_DIFFUSE.", py::arg("radius") = 0.5,
+                                     py::arg("statckx") = 30, py::arg("statcky") = 30);
+  Factory<&Scene::CreateCircle>::def(cls, "CreateCircle", "A Vorn_3DCircle with FX_DIFFUSE.", py::arg("radius") = 0.5,
+                                     py::arg("statckZ") = 30);
+  Factory<&Scene::CreateConus>::def(cls, "CreateConus", "A Vorn_3DConus with FX_DIFFUSE.", py::arg("radius") = 0.5,
+                                    py::arg("height") = 1.0, py::arg("statckZ") = 30);
+  Factory<&Scene::CreateCylinder>::def(cls, "CreateCylinder", "A Vorn_3DCylinder with FX_DIFFUSE.",
+                                       py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckZ") = 30);
+  Factory<&Scene::CreateTorus>::def(cls, "CreateTorus", "A Vorn_3DTorus with FX_DIFFUSE.", py::arg("radius_in") = 0.5,
+                                    py::arg("radius_out") = 1.0, py::arg("height") = 1.0, py::arg("statckR") = 30,
+                                    py::arg("statckZ") = 10);
+  Factory<&Scene::CreateTube>::def(cls, "CreateTube", "A Vorn_3DTube with FX_DIFFUSE.", py::arg("radius_in") = 0.5,
+                                   py::arg("radius_out") = 1.0, py::arg("height") = 1.0, py::arg("statckR") = 30);
+  Factory<&Scene::CreateCapsule>::def(cls, "CreateCapsule", "A Vorn_3DCapsule with FX_DIFFUSE.",
+                                      py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckR") = 30);
+}
+
 py::dict camera_map(const OrderedMap<int, NodeScene::NodePtr>& map) {
   py::dict out;
   for (const auto& [id, camera] : map) out[py::int_(id)] = node_to_py(camera);
@@ -58,7 +102,7 @@ py::dict camera_map(const OrderedMap<int, NodeScene::NodePtr>& map) {
 void bind_scene_class(py::module_& m) {
   py::bind_vector<TextList>(m, "TextList", "A live list of Vorn_Text overlays held by the scene.");
 
-  py::class_<Scene, NodeScene, std::shared_ptr<Scene>> cls(
+  SceneClass cls(
       m, "Vorn_3Dcene",
       "The one scene: registries of everything in the world, the active camera, the\n"
       "render values nodes read while drawing, and the frame (DrawScene). Construct it\n"
@@ -119,14 +163,10 @@ void bind_scene_class(py::module_& m) {
       .def("GetBackgroundMP3", &Scene::GetBackgroundMP3, "The stored music file name, or None.");
 
   // Factories and lookups.
-  cls.def(
-         "Create3DGameNode",
-         [](Scene& s, double x, double y, double z, py::handle parent) {
-           return node_to_py(s.Create3DGameNode(x, y, z, parent.is_none() ? nullptr : node_arg(parent, "Create3DGameNode")));
-         },
-         py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-         "A Vorn_3DGameNode loaded into the scene; a root node joins ObjectArray_3D.")
-      .def("Create2DText", &Scene::Create2DText, py::arg("x"), py::arg("y"), py::arg("text"), py::arg("r") = 1.0,
+  bind_factories(cls);
+  Factory<&Scene::Create3DGameNode>::def(cls, "Create3DGameNode",
+                                         "A Vorn_3DGameNode loaded into the scene; a root node joins ObjectArray_3D.");
+  cls.def("Create2DText", &Scene::Create2DText, py::arg("x"), py::arg("y"), py::arg("text"), py::arg("r") = 1.0,
            py::arg("g") = 1.0, py::arg("b") = 1.0, py::arg("font") = Vorn_Text::FT_8_BY_13,
            "A Vorn_Text in TextArray.")
       .def(
@@ -156,83 +196,6 @@ void bind_scene_class(py::module_& m) {
           "(CreateDepthTarget()), in CameraList. Give it to nodes by SetShadowMapCamera.")
       .def("CreateDrawNode", [](Scene& s) { return node_to_py(s.CreateDrawNode()); },
            "A Vorn_3DDrawNode in DrawNodeArray_3D.")
-      .def(
-          "CreatePointLight",
-          [](Scene& s, double x, double y, double z, py::handle parent, double range, double r, double g, double b) {
-            return node_to_py(s.CreatePointLight(x, y, z, parent_arg(parent, "CreatePointLight"), range, r, g, b));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("range") = 5.0, py::arg("r") = 1.0, py::arg("g") = 1.0, py::arg("b") = 1.0,
-          "A Vorn_3DPointLight in LightList (also with a parent).")
-      .def(
-          "CreatePlane",
-          [](Scene& s, double x, double y, double z, py::handle parent, int rows, int cows, double tilesize) {
-            return node_to_py(s.CreatePlane(x, y, z, parent_arg(parent, "CreatePlane"), rows, cows, tilesize));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("rows") = 20, py::arg("cows") = 20, py::arg("tilesize") = 1.0, "A Vorn_3DPlane with FX_DIFFUSE.")
-      .def(
-          "CreateBox",
-          [](Scene& s, double x, double y, double z, py::handle parent, double sx, double sy, double sz) {
-            return node_to_py(s.CreateBox(x, y, z, parent_arg(parent, "CreateBox"), sx, sy, sz));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("size_x") = 0.5, py::arg("size_y") = 0.5, py::arg("size_z") = 0.5, "A Vorn_3DBox with FX_DIFFUSE.")
-      .def(
-          "CreateSphere",
-          [](Scene& s, double x, double y, double z, py::handle parent, double radius, int sx, int sy) {
-            return node_to_py(s.CreateSphere(x, y, z, parent_arg(parent, "CreateSphere"), radius, sx, sy));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("radius") = 0.5, py::arg("statckx") = 30, py::arg("statcky") = 30, "A Vorn_3DSphere with FX_DIFFUSE.")
-      .def(
-          "CreateCircle",
-          [](Scene& s, double x, double y, double z, py::handle parent, double radius, int steps) {
-            return node_to_py(s.CreateCircle(x, y, z, parent_arg(parent, "CreateCircle"), radius, steps));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("radius") = 0.5, py::arg("statckZ") = 30, "A Vorn_3DCircle with FX_DIFFUSE.")
-      .def(
-          "CreateConus",
-          [](Scene& s, double x, double y, double z, py::handle parent, double radius, double height, int steps) {
-            return node_to_py(s.CreateConus(x, y, z, parent_arg(parent, "CreateConus"), radius, height, steps));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckZ") = 30, "A Vorn_3DConus with FX_DIFFUSE.")
-      .def(
-          "CreateCylinder",
-          [](Scene& s, double x, double y, double z, py::handle parent, double radius, double height, int steps) {
-            return node_to_py(s.CreateCylinder(x, y, z, parent_arg(parent, "CreateCylinder"), radius, height, steps));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckZ") = 30,
-          "A Vorn_3DCylinder with FX_DIFFUSE.")
-      .def(
-          "CreateTorus",
-          [](Scene& s, double x, double y, double z, py::handle parent, double rin, double rout, double height,
-             int stepsR, int stepsZ) {
-            return node_to_py(
-                s.CreateTorus(x, y, z, parent_arg(parent, "CreateTorus"), rin, rout, height, stepsR, stepsZ));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("radius_in") = 0.5, py::arg("radius_out") = 1.0, py::arg("height") = 1.0, py::arg("statckR") = 30,
-          py::arg("statckZ") = 10, "A Vorn_3DTorus with FX_DIFFUSE.")
-      .def(
-          "CreateTube",
-          [](Scene& s, double x, double y, double z, py::handle parent, double rin, double rout, double height,
-             int steps) {
-            return node_to_py(s.CreateTube(x, y, z, parent_arg(parent, "CreateTube"), rin, rout, height, steps));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("radius_in") = 0.5, py::arg("radius_out") = 1.0, py::arg("height") = 1.0, py::arg("statckR") = 30,
-          "A Vorn_3DTube with FX_DIFFUSE.")
-      .def(
-          "CreateCapsule",
-          [](Scene& s, double x, double y, double z, py::handle parent, double radius, double height, int steps) {
-            return node_to_py(s.CreateCapsule(x, y, z, parent_arg(parent, "CreateCapsule"), radius, height, steps));
-          },
-          py::arg("x") = 0.0, py::arg("y") = 0.0, py::arg("z") = 0.0, py::arg("parent") = py::none(),
-          py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckR") = 30, "A Vorn_3DCapsule with FX_DIFFUSE.")
       .def("LoadSkyBox", [](Scene& s, const std::string& dir) { return node_to_py(s.LoadSkyBox(dir)); },
            py::arg("cubeTextureDir"),
            "Shows the sky box with the cube map of cubeTextureDir (made on first use); hides the sphere.")

@@ -7,6 +7,7 @@
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "core/gl_api.h"
+#include "resource/frame_buffer_gl.h"
 #include "resource/res_manager.h"
 #include "shader/fx_3d.h"
 
@@ -87,30 +88,9 @@ unsigned Vorn_3DCamera::CreateTarget(int key, int texWidth, int texHeight, bool 
   }
   CameraType = key;
 
-  GLuint FrameBuffer = 0;
-  glGenFramebuffers(1, &FrameBuffer);
-  glBindFramebuffer(GL_FRAMEBUFFER, FrameBuffer);
-  GLuint FrameTexture = 0;
-  glGenTextures(1, &FrameTexture);
-  glBindTexture(GL_TEXTURE_2D, FrameTexture);
-  if (floatMode) {
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB16F, width, height, 0, GL_RGB, GL_FLOAT, nullptr);
-  } else {
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, width, height, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
-  }
-  glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-  glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-  glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, FrameTexture, 0);
-  glBindTexture(GL_TEXTURE_2D, 0);
-
-  GLuint RenderBuffer = 0;
-  glGenRenderbuffers(1, &RenderBuffer);
-  glBindRenderbuffer(GL_RENDERBUFFER, RenderBuffer);
-  glRenderbufferStorage(GL_RENDERBUFFER, GL_DEPTH24_STENCIL8, width, height);
-  glBindRenderbuffer(GL_RENDERBUFFER, 0);
-  glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_DEPTH_STENCIL_ATTACHMENT, GL_RENDERBUFFER, RenderBuffer);
-  glBindFramebuffer(GL_FRAMEBUFFER, 0);
-
+  const ColourFrameBuffer target = CreateColourFrameBuffer(width, height, floatMode, true);
+  const GLuint FrameBuffer = target.frameBuffer;
+  const GLuint FrameTexture = target.texture;
   resources->AddDynamicTexture(FrameTexture, width, height, "RGB", 24);
   RenderTargetArray.set(key, RenderTargetRecord{FrameBuffer, FrameTexture, width, height, fxid});
   return FrameTexture;

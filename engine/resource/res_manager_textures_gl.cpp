@@ -7,6 +7,7 @@
 #include "core/errors.h"
 #include "core/gl_api.h"
 #include "core/math_util.h"
+#include "resource/frame_buffer_gl.h"
 #include "resource/res_manager.h"
 
 namespace vorn {
@@ -65,29 +66,10 @@ unsigned PyGameResManager::CreateRenderTargetTexture(int texWidth, int texHeight
   check_side(FrameWidth, GL_MAX_TEXTURE_SIZE, "CreateRenderTargetTexture", "width");
   check_side(FrameHeight, GL_MAX_TEXTURE_SIZE, "CreateRenderTargetTexture", "height");
 
-  GLuint FrameBuffer = 0;
-  glGenFramebuffers(1, &FrameBuffer);
-  glBindFramebuffer(GL_FRAMEBUFFER, FrameBuffer);
-  GLuint FrameBuffer_Texture = 0;
-  glGenTextures(1, &FrameBuffer_Texture);
-  glBindTexture(GL_TEXTURE_2D, FrameBuffer_Texture);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, FrameWidth, FrameHeight, 0, GL_RGB, GL_UNSIGNED_BYTE, nullptr);
   // The depth variant receives depth as colour through the depth FX and sets no filter.
-  if (!IsDepthBuffer) {
-    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_LINEAR);
-    glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_LINEAR);
-  }
-  glFramebufferTexture2D(GL_FRAMEBUFFER, GL_COLOR_ATTACHMENT0, GL_TEXTURE_2D, FrameBuffer_Texture, 0);
-  glBindTexture(GL_TEXTURE_2D, 0);
-
-  GLuint RenderBuffer = 0;
-  glGenRenderbuffers(1, &RenderBuffer);
-  glBindRenderbuffer(GL_RENDERBUFFER, RenderBuffer);
-  glRenderbufferStorage(GL_RENDERBUFFER, GL_DEPTH24_STENCIL8, FrameWidth, FrameHeight);
-  glBindRenderbuffer(GL_RENDERBUFFER, 0);
-  glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_DEPTH_STENCIL_ATTACHMENT, GL_RENDERBUFFER, RenderBuffer);
-  glBindFramebuffer(GL_FRAMEBUFFER, 0);
-
+  const ColourFrameBuffer target = CreateColourFrameBuffer(FrameWidth, FrameHeight, false, !IsDepthBuffer);
+  const GLuint FrameBuffer = target.frameBuffer;
+  const GLuint FrameBuffer_Texture = target.texture;
   AddDynamicTexture(FrameBuffer_Texture, FrameWidth, FrameHeight, "RGB", 24);
   RenderTargetFrameBufferDict.set(FrameBuffer_Texture, FrameBuffer);
   return FrameBuffer_Texture;

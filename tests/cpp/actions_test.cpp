@@ -59,14 +59,11 @@ TEST(Actions, MoveToLerpsFromTheWorldPositionAndEndsExactly) {
   }
   move.update(0.5);
   ExpectAt(*target, 10, 6, -5, "last frame");
-  EXPECT_TRUE(move.IsOver());
-  EXPECT_TRUE(move.IsRunning());  // over, yet still running
-
+  EXPECT_TRUE(move.IsOver() && move.IsRunning());  // over, yet still running
   // Once over, nothing moves any more.
   target->local = Vector3(0, 0, 0);
   move.update(0.5);
   ExpectAt(*target, 0, 0, 0, "after the end");
-  EXPECT_DOUBLE_EQ(move.GetRunTime(), 2.0);
 }
 
 TEST(Actions, MoveByScaleAndRotateReachTheirEnds) {
@@ -226,14 +223,12 @@ TEST(ActionPlayer, EmptyOrBrokenQueuesRaiseInsteadOfCrashing) {
   EXPECT_THROW(player.Run(), IndexError);
 
   // Nothing stored, or no target: Run does nothing.
-  ActionPlayer idle;
+  ActionPlayer idle, untargeted;
   idle.SetTarget(target);
-  idle.Run();
-  EXPECT_FALSE(idle.IsRunning());
-  ActionPlayer untargeted;
   untargeted.AddActions({{std::make_shared<GAction>()}});
+  idle.Run();
   untargeted.Run();
-  EXPECT_FALSE(untargeted.IsRunning());
+  EXPECT_FALSE(idle.IsRunning() || untargeted.IsRunning());
 
   ActionPlayer holed;
   holed.SetTarget(target);
@@ -248,47 +243,6 @@ TEST(ActionPlayer, EmptyOrBrokenQueuesRaiseInsteadOfCrashing) {
   skewed.Run();
   skewed.ActionIndex = 5;
   EXPECT_THROW(skewed.update(0.1), IndexError);
-}
-
-// Script values in the callback test are ints behind fake hooks; calls are recorded.
-std::vector<int> g_callArgs;
-const ScriptValue::Hooks kCallHooks{
-    [](void*) {},
-    [](void*) {},
-    [](void* o) { return std::to_string(*static_cast<int*>(o)); },
-    [](void* o) { return *static_cast<int*>(o) != 0; },
-    [](void* a, void* b) { return *static_cast<int*>(a) == *static_cast<int*>(b); },
-    [](void*, std::span<const ScriptValue> args) {
-      g_callArgs.push_back(args.size() == 1 && !args[0].is_none() ? *static_cast<int*>(args[0].get()) : -1);
-      return ScriptValue();
-    },
-};
-
-TEST(Actions, CallBackCallsOnceAtTheEndWithItsParams) {
-  const ScriptValue::Hooks* previous = ScriptValue::hooks();
-  ScriptValue::install(&kCallHooks);
-  g_callArgs.clear();
-  int function = 1, params = 42;
-  auto target = std::make_shared<FakeTarget>();
-  {
-    CallBackAction call(1.0, ScriptValue::borrow(&function), ScriptValue::borrow(&params));
-    call.SetTarget(target);
-    call.Run();
-    call.update(0.5);
-    EXPECT_TRUE(g_callArgs.empty());
-    call.update(0.5);
-    call.update(0.5);
-    EXPECT_EQ(g_callArgs, std::vector<int>{42});
-    EXPECT_TRUE(call.IsOver());
-
-    CallBackAction bare(0.0, ScriptValue(), ScriptValue());
-    bare.SetTarget(target);
-    bare.Run();
-    bare.update(0.0);
-    EXPECT_TRUE(bare.IsOver());
-    EXPECT_EQ(g_callArgs.size(), 1u);
-  }
-  ScriptValue::install(previous);
 }
 
 }  // namespace

@@ -4,7 +4,6 @@
 #include <gtest/gtest.h>
 
 #include <initializer_list>
-#include <set>
 #include <string>
 
 #include "core/errors.h"
@@ -123,27 +122,6 @@ TEST(Vorn2DFX, VRModeAssemblesHeadConditionAndTail) {
   for (int GrassType : {0, 3, -1}) {
     EXPECT_THROW(FX::GetPS_VRMode(1, GrassType), ValueError) << "GrassType " << GrassType;
   }
-}
-
-TEST(Vorn2DFX, ProgramTextsFollowTheCatalogue) {
-  // Sentinels, free numbers and numbers outside the range (3D identifiers included)
-  // give no text at all; 201 alone runs the colour vertex text.
-  const std::set<int> programs = {201, 202, 203, 204, 205, 206, 207, 208, 209, 210, 211, 214, 215, 220, 221};
-  for (int id : {-1, 0, 300, 303, 313, 375}) EXPECT_EQ(FX::ProgramTexts(id), (std::pair<std::string, std::string>{})) << id;
-  for (int id = 190; id <= 240; ++id) {
-    const auto [vs, ps] = FX::ProgramTexts(id);
-    EXPECT_EQ(vs, FX::GetVS(id)) << id;
-    EXPECT_EQ(ps, FX::GetPS(id)) << id;
-    EXPECT_EQ(!ps.empty(), programs.count(id) == 1) << id;
-    if (programs.count(id)) {
-      EXPECT_EQ(vs, id == 201 ? FX::GetVS_Color() : FX::GetVS_Texture()) << id;
-    }
-  }
-  EXPECT_EQ(FX::ProgramTexts(207).second, FX::GetPS_MSK());
-  EXPECT_EQ(FX::ProgramTexts(215).second, FX::GetPS_SSAO());
-  EXPECT_EQ(FX::ProgramTexts(221).second, FX::GetPS_VRMode(2));
-  EXPECT_EQ(FX::GetVS_Color_Texture(), FX::GetVS_Texture());
-  EXPECT_EQ(FX::GetVS_VRMode(), FX::GetVS_Texture());
 }
 
 }  // namespace

@@ -240,14 +240,5 @@ TEST(GameNodeTransform, StandingOnTheGround) {
   EXPECT_FALSE(child->standOnGround);
 }
 
-TEST(GameNode, FollowCameraNeedsTheCameraClass) {
-  // The camera subsystem fills the hooks at start-up (its own test makes a real follow
-  // camera): without them there is no camera to make.
-  const FollowCameraHooks registered = followCameraHooks;
-  followCameraHooks = {};
-  EXPECT_THROW(MakeNode<Node>()->CreateFollowCamera(0, 1, 2), RuntimeError);
-  followCameraHooks = registered;
-}
-
 }  // namespace
 }  // namespace vorn

@@ -132,7 +132,7 @@ TEST(NodePicking, AgreesWithThePlainWalkForRandomRays) {
   EXPECT_LT(hits, 1700);
 }
 
-TEST(NodePicking, PickEventSelectsCallsBackAndMarks) {
+TEST(NodePicking, PickEventSelectsAndCallsBack) {
   auto scene = std::make_shared<PickScene>();
   auto n = stacked_node();
   n->OnLoad(scene);
@@ -145,29 +145,11 @@ TEST(NodePicking, PickEventSelectsCallsBackAndMarks) {
                           {}});
   scene->rayPt = Vector3(0.2, 5.0, 0.1);
   scene->rayDir = kDown;
-
-  // No request: nothing happens.
-  scene->pickRequested = false;
-  n->draw_picktriangle();
-  EXPECT_TRUE(scene->selected.empty());
-
-  scene->pickRequested = true;
   n->draw_picktriangle();
   ASSERT_EQ(scene->selected.size(), 1u);
   EXPECT_EQ(scene->selected[0], n.get());
   ASSERT_EQ(calls.size(), 1u);
   EXPECT_DOUBLE_EQ(calls[0].x, 0.2);
-
-  // Disabled event: still selected, the callback stays silent.
-  n->EnablePickDownEvent(false);
-  n->draw_picktriangle();
-  EXPECT_EQ(scene->selected.size(), 2u);
-  EXPECT_EQ(calls.size(), 1u);
-
-  // A miss does nothing.
-  scene->rayPt = Vector3(9.0, 5.0, 9.0);
-  n->draw_picktriangle();
-  EXPECT_EQ(scene->selected.size(), 2u);
 }
 
 TEST(NodePicking, BoxPlaneAndDrawNodeAnswerThroughTheNode) {

@@ -209,16 +209,6 @@ TEST(ShaderCode, PixelOperationsThatCreateSlots) {
   Code ocean;
   ocean.SetPSUni_Ocean();
   EXPECT_EQ(ocean.PSCode_Dict.at(Code::PS_CODE_VARY_OCEAN), ShaderLines{"}"});
-
-  // The operations kept for the call lists write nothing.
-  Code quiet;
-  const ShaderSlots before = quiet.PSCode_Dict;
-  quiet.SetPSUni_BumpTexture();
-  quiet.SetPSUni_EnvRefUV();
-  quiet.SetPSUni_Diffuse();
-  quiet.GenPSFunCode_BumpTexture();
-  quiet.GenPSFunCode_EnvRef();
-  EXPECT_EQ(quiet.PSCode_Dict, before);
 }
 
 TEST(ShaderCode, PrintVSCodePrintsTheLinesAsOneList) {

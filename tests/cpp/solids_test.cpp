@@ -196,7 +196,7 @@ TEST(Solids, BoxFacesNormalsAndTexCoords) {
   EXPECT_EQ(n->VVBOArray.at(0)->count(), 24u * 8);
 }
 
-TEST(Solids, CircleCapsuleAndConusLandmarks) {
+TEST(Solids, CircleLandmarksAndTexCoords) {
   auto circle = MakeNode<Vorn_3DCircle>();
   circle->CreateCircle(2.0, 4);
   const auto& cp = circle->VertexArray_Positon.at(0);
@@ -209,18 +209,6 @@ TEST(Solids, CircleCapsuleAndConusLandmarks) {
   const auto& cuv = circle->VertexArray_UV.at(0);
   using UV = VertexEntry<2>;
   EXPECT_EQ((std::array{cuv[0], cuv[1], cuv[3], cuv[5]}), (std::array{UV(0.5, 0.0), UV(0.0, 1.0), UV(0.5, 1.0), UV(1.0, 1.0)}));
-
-  auto capsule = MakeNode<Vorn_3DCapsule>();
-  capsule->CreateCapsule(0.5, 2.0, 6);
-  expect_near(vec(capsule->VertexArray_Positon.at(0).front()), {0.5, 1.0, 0}, "upper half starts at its equator");
-  expect_near(vec(capsule->VertexArray_Positon.at(0).back()), {0, 1.5, 0}, "upper pole", 1e-12);
-  expect_near(vec(capsule->VertexArray_Positon.at(1).front()), {0, -1.5, 0}, "lower pole", 1e-12);
-  EXPECT_NEAR(capsule->boxMin.y, -1.5, 1e-12);
-
-  auto conus = MakeNode<Vorn_3DConus>();
-  conus->CreateConus(1.0, 2.0, 4);
-  expect_near(vec(conus->VertexArray_Positon.at(0)[5]), {0, 1, 0}, "apex");
-  expect_near(vec(conus->VertexArray_Positon.at(1)[0]), {0, -1, 0}, "base centre");
 }
 
 // Zero steps fail clearly and leave the node as it was; negative steps make no grid;
@@ -293,32 +281,6 @@ TEST(Solids, BoxPickTestsTheExactBoxInWorldSpace) {
   parent->update(0.0);
   EXPECT_TRUE(child->checkBoxPick({1.8, 10.2, -5}, {0, 0, 1}).has_value());
   EXPECT_FALSE(child->checkBoxPick({1.8, 0.2, -5}, {0, 0, 1}).has_value());
-}
-
-TEST(Solids, NodeTypesNameEachSolid) {
-  const std::vector<std::string> types = {
-      MakeNode<Vorn_3DSphere>()->GetNodeType(), MakeNode<Vorn_3DBox>()->GetNodeType(),
-      MakeNode<Vorn_3DCircle>()->GetNodeType(), MakeNode<Vorn_3DConus>()->GetNodeType(),
-      MakeNode<Vorn_3DCylinder>()->GetNodeType(), MakeNode<Vorn_3DTorus>()->GetNodeType(),
-      MakeNode<Vorn_3DTube>()->GetNodeType(), MakeNode<Vorn_3DCapsule>()->GetNodeType(),
-      MakeNode<Vorn_3DPointLight>()->GetNodeType()};
-  EXPECT_EQ(types, (std::vector<std::string>{"3DSphere", "3DBox", "3DCircle", "3DConus", "3DCylinder", "3DTorus",
-                                             "3DTube", "3DCapsule", "3DPointLight"}));
-}
-
-TEST(Solids, PointLightIsASphereWithARange) {
-  auto light = MakeNode<Vorn_3DPointLight>(1.0, 2.0, 3.0);
-  const Node& asNode = *light;
-  EXPECT_EQ(asNode.GetLightRange(), 10.0);
-  EXPECT_EQ(Node().GetLightRange(), 0.0);
-  light->CreatePointLight(5.0);
-  EXPECT_EQ(asNode.GetLightRange(), 5.0);
-  EXPECT_EQ(light->VertexArray_Positon.at(0).size(), 121u);
-  EXPECT_EQ(light->VIndexArray.at(0).size(), 600u);
-  light->SetMeshColor(1.0, 0.5, 0.0);
-  EXPECT_EQ(light->GetSubMeshColor(), (std::array<double, 4>{1.0, 0.5, 0.0, 1.0}));
-  light->update(0.0);
-  light->draw(0, 0, 0);  // no body, no GL: callable without a context
 }
 
 }  // namespace

@@ -112,10 +112,7 @@ def test_submesh_misuse_raises_and_changes_nothing():
         (lambda: n.PushVertex_Position("0", 0, 0, 0), TypeError),
         (lambda: n.PushVertex_Position(0, "x", 0, 0), TypeError),
         (lambda: n.PushQuadVertex_Postion(s, 0, 0, 0), TypeError),
-        (lambda: n.PushLineVertex_BoneIndics(k, 1, 2, 3, 4, 5, 6, 7, 8), TypeError),
-        (lambda: n.DropLineVIndex(s, 0, 1), TypeError),
         (lambda: n.DropVIndex(s, 4), IndexError),
-        (lambda: n.DeleteSubMesh(5), IndexError),
         (lambda: setattr(n, "VertexArray_Positon", {0: [[1, 2, 3, 4]]}), TypeError),
     ]:
         with pytest.raises(error):

@@ -305,8 +305,7 @@ void bind_camera(py::module_& m) {
   CameraClass cls(m, "Vorn_3DCamera",
                   "A scene node with a projection, a look-at target and an up direction. The eye is\n"
                   "the node's world position, so a camera can hang below another node.",
-                  py::dynamic_attr());
-  enable_node_gc(cls);
+                  py::dynamic_attr(), twin_type_setup());
   def_node_init<Camera, PyCamera>(cls, "Vorn_3DCamera", "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                         "Fov 45.0, Aspect SCREEN_WIDTH / SCREEN_HEIGHT as of now, Near 0.1, Far 500.0,\n"
                         "looking at (0.0, 0.0, 0.0) with up (0.0, 1.0, 0.0).");

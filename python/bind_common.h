@@ -4,9 +4,12 @@
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
 
+#include <concepts>
 #include <functional>
+#include <memory>
 #include <string>
 
+#include "core/script_owned.h"
 #include "core/script_value.h"
 
 namespace vorn {
@@ -16,6 +19,35 @@ struct ImageLoadResult;
 namespace vorn::py_bind {
 
 namespace py = pybind11;
+
+// Records `twin` as the one Python object of an engine object (script_twin.cpp). Called
+// when the twin is complete: after __init__ for objects made by scripts, after the
+// first conversion for objects the engine made.
+void attach_twin(py::handle twin, ScriptOwned* owned);
+// The class attribute every class of engine objects (nodes, the scene, texts) is bound
+// with, beside py::dynamic_attr(): their twins show the collector what they hold.
+py::custom_type_setup twin_type_setup();
+
+// Wraps the bound __init__ of a class of engine objects: once the object is built, it
+// is recorded as the object's twin, then `finish` completes the engine side (a node
+// hangs itself under its parent). Call once per class, after its py::init.
+template <class Class, class Finish>
+void attach_twin_after_init(Class& cls, const char* doc, Finish finish) {
+  using T = typename Class::type;
+  py::object original = cls.attr("__init__");
+  cls.attr("__init__") = py::cpp_function(
+      [original, finish](py::handle self, py::args args, py::kwargs kwargs) {
+        original(self, *args, **kwargs);
+        auto object = self.cast<std::shared_ptr<T>>();
+        attach_twin(self, static_cast<ScriptOwned*>(object.get()));
+        finish(*object);
+      },
+      py::is_method(cls), py::name("__init__"), py::doc(doc));
+}
+template <class Class>
+void attach_twin_after_init(Class& cls, const char* doc) {
+  attach_twin_after_init(cls, doc, [](auto&) {});
+}
 
 // Wraps a Python object into a core handle (None becomes the empty handle) and back.
 ScriptValue to_script(py::handle object);
@@ -58,3 +90,44 @@ void bind_scene(py::module_& m);
 void bind_globals(py::module_& m);
 
 }  // namespace vorn::py_bind
+
+// Conversions of engine objects to Python go through the object's twin: the same
+// Python object comes back every time, and one made here is recorded as the twin.
+namespace pybind11::detail {
+
+template <class T>
+  requires std::derived_from<T, vorn::ScriptOwned>
+class type_caster<std::shared_ptr<T>> : public copyable_holder_caster<T, std::shared_ptr<T>> {
+  using Base = copyable_holder_caster<T, std::shared_ptr<T>>;
+
+ public:
+  static handle cast(const std::shared_ptr<T>& src, return_value_policy policy, handle parent) {
+    if (!src) return none().release();
+    if (void* twin = src->script_object()) return handle(static_cast<PyObject*>(twin)).inc_ref();
+    handle made = Base::cast(src, policy, parent);
+    if (made) {
+      // The most derived engine class the object has.
+      auto* owned = static_cast<vorn::ScriptOwned*>(src.get());
+      vorn::py_bind::attach_twin(made, owned);
+    }
+    return made;
+  }
+};
+
+template <class T>
+  requires std::derived_from<T, vorn::ScriptOwned>
+class type_caster<vorn::Ref<T>> {
+ public:
+  PYBIND11_TYPE_CASTER(vorn::Ref<T>, make_caster<T>::name);
+  bool load(handle src, bool convert) {
+    make_caster<std::shared_ptr<T>> inner;
+    if (!inner.load(src, convert)) return false;
+    value = cast_op<std::shared_ptr<T>>(inner);
+    return true;
+  }
+  static handle cast(const vorn::Ref<T>& src, return_value_policy policy, handle parent) {
+    return make_caster<std::shared_ptr<T>>::cast(src.ptr(), policy, parent);
+  }
+};
+
+}  // namespace pybind11::detail

@@ -20,6 +20,8 @@ void bind_errors(py::module_&) {
       PyErr_SetString(PyExc_ZeroDivisionError, e.what());
     } catch (const AttributeError& e) {
       PyErr_SetString(PyExc_AttributeError, e.what());
+    } catch (const RecursionError& e) {
+      PyErr_SetString(PyExc_RecursionError, e.what());
     } catch (const RuntimeError& e) {
       PyErr_SetString(PyExc_RuntimeError, e.what());
     }

@@ -56,7 +56,6 @@ PickCallback plane_pick_callback(py::handle function, const char* where) {
 }
 
 void bind_plane_construction(PlaneClass& cls) {
-  enable_node_gc(cls);
   def_node_init<Plane, PyNode<Plane>>(cls, "Vorn_3DPlane", "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                         "An empty plane; CreatePlane builds the grid. With a parent that is in a\n"
                         "scene, the node is loaded at once and appended to the parent's children.");
@@ -185,7 +184,7 @@ void bind_landscape(py::module_& m) {
                  "Tile (tileX, tileZ) has its first corner at grid point tileZ * (Cows + 1) +\n"
                  "tileX; its corners V1 to V4 are that point, the next one, and the two above\n"
                  "them in the next row.",
-                 py::dynamic_attr());
+                 py::dynamic_attr(), twin_type_setup());
   bind_plane_construction(cls);
   bind_plane_grid(cls);
   bind_plane_tiles(cls);

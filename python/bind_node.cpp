@@ -371,8 +371,7 @@ void bind_node(py::module_& m) {
                 "Ownership: children are owned by their parent; parent, followTarget and\n"
                 "sceneInstance are references that do not keep their object alive. A script\n"
                 "subclass instance owned only by the engine keeps its script attributes.",
-                py::dynamic_attr());
-  enable_node_gc(cls);
+                py::dynamic_attr(), twin_type_setup());
   def_node_init<Node, PyNode<Node>>(cls, "Vorn_3DGameNode", "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                         "With a parent that is in a scene, the node is loaded at once (tag from the\n"
                         "label \"3DGameNode\") and appended to the parent's children.");

@@ -39,9 +39,6 @@ PickCallback pick_callback_from_py(py::handle function, PickCallback Vorn_3DGame
 py::object pick_detail_to_py(const PickDetail& d);
 py::tuple pick_result_to_py(const std::optional<PickDetail>& hit);
 
-// Makes the Python type of a node class (bound with py::dynamic_attr()) show the
-// script values its nodes hold to the cycle collector. Every bound node class calls it.
-void enable_node_gc(py::handle type);
 
 void bind_node_views(py::module_& m);
 void bind_node_methods(NodeClass& cls);

@@ -85,7 +85,7 @@ void weak_node_field(NodeClass& cls, const char* name, std::weak_ptr<Node> Node:
       [member, name](Node& n, py::handle v) { n.*member = optional_node(v, name); }, doc);
 }
 
-void owned_node_field(NodeClass& cls, const char* name, std::shared_ptr<Node> Node::*member, const char* doc) {
+void owned_node_field(NodeClass& cls, const char* name, NodeRef Node::*member, const char* doc) {
   cls.def_property(
       name, [member](const Node& n) { return node_to_py(n.*member); },
       [member, name](Node& n, py::handle v) { n.*member = optional_node(v, name); }, doc);

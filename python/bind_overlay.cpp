@@ -16,8 +16,7 @@ void bind_axis(py::module_& m) {
       m, "Vorn_3DAxis",
       "The scene's gizmo: bound to one node, it shows three axes on it and drags the node\n"
       "along a picked axis. An unbound gizmo draws and picks nothing.",
-      py::dynamic_attr());
-  enable_node_gc(cls);
+      py::dynamic_attr(), twin_type_setup());
   def_node_init<Vorn_3DAxis, PyNode<Vorn_3DAxis>>(cls, "Vorn_3DAxis", "__init__(self, x=0, y=0, z=0, parent=None)");
   cls.def(
          "Binding",
@@ -72,7 +71,8 @@ void bind_overlay(py::module_& m) {
   py::class_<Vorn_Text, std::shared_ptr<Vorn_Text>> text(
       m, "Vorn_Text",
       "A line of bitmap text placed in window pixels (x from the left, y down from the top\n"
-      "of the window to the top of the line). Not a scene node: no transform, no shader.");
+      "of the window to the top of the line). Not a scene node: no transform, no shader.",
+      py::dynamic_attr(), twin_type_setup());
   for (const auto& [name, value] :
        {std::pair{"FT_8_BY_13", Vorn_Text::FT_8_BY_13}, {"FT_9_BY_15", Vorn_Text::FT_9_BY_15},
         {"FT_TIMES_ROMAN_10", Vorn_Text::FT_TIMES_ROMAN_10}, {"FT_TIMES_ROMAN_24", Vorn_Text::FT_TIMES_ROMAN_24},
@@ -81,8 +81,12 @@ void bind_overlay(py::module_& m) {
         {"FT_ALIGN_CENTER", Vorn_Text::FT_ALIGN_CENTER}, {"FT_ALIGN_RIGHT", Vorn_Text::FT_ALIGN_RIGHT}}) {
     text.attr(name) = value;
   }
-  text.def(py::init<double, double, std::string, int>(), py::arg("x"), py::arg("y"), py::arg("text"),
-           py::arg("font") = Vorn_Text::FT_8_BY_13, "Vorn_Text(x, y, text, font=FT_8_BY_13)")
+  text.def(py::init([](double x, double y, std::string line, int font) {
+             return std::make_shared<Vorn_Text>(x, y, std::move(line), font);
+           }),
+           py::arg("x"), py::arg("y"), py::arg("text"), py::arg("font") = Vorn_Text::FT_8_BY_13);
+  attach_twin_after_init(text, "Vorn_Text(x, y, text, font=FT_8_BY_13)");
+  text
       .def_readwrite("x", &Vorn_Text::x, "Left pixel (before alignment).")
       .def_readwrite("y", &Vorn_Text::y, "Top pixel of the line, counted down from the window's top.")
       .def_readwrite("text", &Vorn_Text::text, "The line.")

@@ -15,13 +15,25 @@
 #include "scene/scene.h"
 #include "shapes/draw_node.h"
 
-PYBIND11_MAKE_OPAQUE(vorn::TextList)
-
 namespace vorn::py_bind {
 namespace {
 
 using Scene = Vorn_3Dcene;
 using SceneClass = py::class_<Scene, NodeScene, std::shared_ptr<Scene>>;
+
+// A text field of the scene (FPSText, BatchText): a Vorn_Text or None.
+template <Ref<Vorn_Text> Scene::*Field>
+void text_field(SceneClass& cls, const char* name, const char* doc) {
+  cls.def_property(
+      name, [](const Scene& s) { return py::cast(s.*Field); },
+      [name](Scene& s, py::handle value) {
+        if (!value.is_none() && !py::isinstance<Vorn_Text>(value)) {
+          throw py::type_error(std::string("Vorn_3Dcene.") + name + " must be a Vorn_Text or None");
+        }
+        s.*Field = value.is_none() ? nullptr : value.cast<std::shared_ptr<Vorn_Text>>();
+      },
+      doc);
+}
 
 // A registry of the scene as a live list that keeps the scene alive.
 template <NodeList Scene::*Field>
@@ -35,7 +47,7 @@ void registry(SceneClass& cls, const char* name, const char* doc) {
 }
 
 // A node field of the scene (camera, sky, VR images) read and written as a node.
-template <NodeScene::NodePtr Scene::*Field>
+template <NodeRef Scene::*Field>
 void node_field(SceneClass& cls, const char* name, const char* doc) {
   cls.def_property(
       name, [](const Scene& s) { return node_to_py(s.*Field); },
@@ -93,25 +105,25 @@ void bind_factories(SceneClass& cls) {
                                       py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckR") = 30);
 }
 
-py::dict camera_map(const OrderedMap<int, NodeScene::NodePtr>& map) {
+py::dict camera_map(const OrderedMap<int, NodeRef>& map) {
   py::dict out;
   for (const auto& [id, camera] : map) out[py::int_(id)] = node_to_py(camera);
   return out;
 }
 
 void bind_scene_class(py::module_& m) {
-  py::bind_vector<TextList>(m, "TextList", "A live list of Vorn_Text overlays held by the scene.");
-
   SceneClass cls(
       m, "Vorn_3Dcene",
       "The one scene: registries of everything in the world, the active camera, the\n"
       "render values nodes read while drawing, and the frame (DrawScene). Construct it\n"
       "after the window and the PyGameResManager, then call InitGL.\n\n"
       "Ownership: the scene owns every object in its registries; registries read from\n"
-      "Python are live lists (append reaches the engine).");
-  cls.def(py::init([] { return Scene::Create(); }),
-          "Builds the gizmo, the draw node, the camera at (0, 10, 10) and the FPS and batch\n"
-          "overlays; InitGL binds them to the scene.");
+      "Python are live lists (append reaches the engine).",
+      py::dynamic_attr(), twin_type_setup());
+  cls.def(py::init([] { return Scene::Create(); }));
+  attach_twin_after_init(cls,
+                         "Builds the gizmo, the draw node, the camera at (0, 10, 10) and the FPS and batch\n"
+                         "overlays; InitGL binds them to the scene.");
 
   // Lifecycle and frame.
   cls.def("InitGL", &Scene::InitGL, py::arg("screenWidth"), py::arg("screenHeight"), py::arg("viewNear") = 0.1,
@@ -255,9 +267,18 @@ void bind_scene_class(py::module_& m) {
   registry<&Scene::LightList>(cls, "LightList", "Point lights.");
   registry<&Scene::CameraList>(cls, "CameraList", "Additional cameras.");
   cls.def_property(
-      "TextArray", [](Scene& s) -> TextList& { return s.TextArray; },
-      [](Scene& s, const TextList& texts) { s.TextArray = texts; }, py::return_value_policy::reference_internal,
-      "Vorn_Text overlays, live.");
+      "TextArray",
+      [](const Scene& s) {
+        py::list out;
+        for (std::size_t i = 0; i < s.TextArray.size(); ++i) out.append(py::cast(s.TextArray[i]));
+        return out;
+      },
+      [](Scene& s, py::handle texts) {
+        TextList fresh;
+        for (py::handle t : texts) fresh.push_back(t.cast<std::shared_ptr<Vorn_Text>>());
+        s.TextArray = std::move(fresh);
+      },
+      "Vorn_Text overlays.");
 
   node_field<&Scene::ActiveCamera>(cls, "ActiveCamera", "Camera of the main view.");
   node_field<&Scene::sceneSkyBox>(cls, "sceneSkyBox", "Sky box node or None.");
@@ -300,12 +321,12 @@ void bind_scene_class(py::module_& m) {
       .def_readwrite("EnableSceneFog", &Scene::EnableSceneFog, "Fog on.")
       .def_readwrite("PointLightArray_ZYZRange", &Scene::PointLightArray_ZYZRange, "Declared; nodes fill their own light uniforms.")
       .def_readwrite("PointLightArray_Color", &Scene::PointLightArray_Color, "Declared.")
-      .def_readwrite("FPSText", &Scene::FPSText, "The FPS overlay.")
-      .def_readwrite("BatchText", &Scene::BatchText, "The batch overlay.")
       .def_readwrite("MouseX", &Scene::MouseX, "Last x given to SetMouseXY.")
       .def_readwrite("MouseY", &Scene::MouseY, "Last y given to SetMouseXY.")
       .def_readwrite("checkPickOnce", &Scene::checkPickOnce, "A pick is requested for the next frame.")
       .def_readwrite("BackgroundMP3File", &Scene::BackgroundMP3File, "Music file name set by script.");
+  text_field<&Scene::FPSText>(cls, "FPSText", "The FPS overlay (a Vorn_Text; the frame needs one).");
+  text_field<&Scene::BatchText>(cls, "BatchText", "The batch overlay (a Vorn_Text; the frame needs one).");
 }
 
 void bind_driver(py::module_& m) {
@@ -342,7 +363,7 @@ void bind_driver(py::module_& m) {
       "Runs the demonstration (--frames N, --screenshot out.png).");
 
   register_global("openGLScene",
-                  GlobalSlot{[]() -> py::object { return openGLScene ? py::cast(openGLScene) : py::none(); },
+                  GlobalSlot{[]() -> py::object { return py::cast(openGLScene); },
                              [](py::handle value) {
                                if (!value.is_none() && !py::isinstance<Vorn_3Dcene>(value)) {
                                  throw py::type_error("openGLScene must be a Vorn_3Dcene or None");

@@ -15,7 +15,8 @@ void bind_shapes(py::module_& m) {
       m, "Vorn_3DDrawNode",
       "One wire-frame triangle or quad in world coordinates, replaced whole by each\n"
       "DrawTriangle or DrawQuad. The scene keeps one to mark the picked triangle; it never\n"
-      "answers picks (Enable_PickDown and Enable_PickUp are False).");
+      "answers picks (Enable_PickDown and Enable_PickUp are False).",
+      py::dynamic_attr(), twin_type_setup());
   def_node_init<DrawNode, PyNode<DrawNode>>(cls, "Vorn_3DDrawNode", "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                         "NodeType \"3DDrawNode\"; with a parent in a scene, loaded and hung under it.");
   cls.def("DrawTriangle", &DrawNode::DrawTriangle, py::arg("x1"), py::arg("y1"), py::arg("z1"), py::arg("x2"),

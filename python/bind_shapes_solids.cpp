@@ -38,8 +38,7 @@ double num(py::handle value, const std::string& where, const char* what) {
 // remembers which coordinates came as ints.
 template <class T, class Base>
 SolidClass<T, Base> node_class(py::module_& m, const char* name, const char* doc) {
-  SolidClass<T, Base> cls(m, name, doc, py::dynamic_attr());
-  enable_node_gc(cls);
+  SolidClass<T, Base> cls(m, name, doc, py::dynamic_attr(), twin_type_setup());
   const std::string where = name;
   def_node_init<T, PyNode<T>>(cls, name, "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                         "The node's constructor, then the class's own fields and label. Makes no\n"

@@ -4,17 +4,11 @@
 // operations to a script override when there is one and finds `on_*` operations for
 // CallEvent.
 //
-// Lifetime: a node's Python object holds the C++ node. While at least one engine list
-// owns the node (a parent's children, a scene registry), the node holds a reference
-// back to its Python object (Vorn_3DGameNode::retain_owner, scriptSelfHook), so a
-// subclass instance or a node with script attributes that only the engine holds keeps
-// its script state; the last list letting go drops it. A cycle made by the script
-// itself (a child keeping a reference to its parent) is not collected while the
-// engine owns the node.
+// Lifetime: a node's Python object is its twin (core/script_owned.h, script_twin.cpp):
+// while the engine holds the node, the twin lives with its class and attributes.
 #include <pybind11/pybind11.h>
 
 #include <string>
-#include <typeinfo>
 
 #include "bind_common.h"
 #include "node/game_node.h"
@@ -53,14 +47,11 @@ class PyNode : public Base {
   }
 
  private:
-  // The live Python object of this instance, if pybind11 has it registered.
-  py::handle script_self() const {
-    return py::detail::get_object_handle(static_cast<const Base*>(this), py::detail::get_type_info(typeid(Base)));
-  }
+  // The twin of this instance (a script subclass's instance is its own twin).
+  py::handle script_self() const { return py::handle(static_cast<PyObject*>(this->script_object())); }
 };
 
-// The Python object of a node: its registered script object if it has one, else a
-// new wrapper sharing ownership.
+// The Python object of a node: its twin, made on first need.
 inline py::object node_to_py(const std::shared_ptr<Vorn_3DGameNode>& node) {
   if (!node) return py::none();
   return py::cast(node);
@@ -68,18 +59,12 @@ inline py::object node_to_py(const std::shared_ptr<Vorn_3DGameNode>& node) {
 inline py::object node_to_py(Vorn_3DGameNode& node) { return node_to_py(node.shared_from_this()); }
 
 // Completes the construction of node classes bound with a (..., parent=None)
-// constructor: pybind11 makes the object, then the node is hung under its parent.
-// This comes after the Python object exists, so that a script subclass built under a
-// parent already holds on to its script state. Call it once per bound node class.
+// constructor: pybind11 makes the object, it becomes the node's twin, then the node is
+// hung under its parent, so that a script subclass built under a parent is already
+// held with its script state. Call it once per bound node class.
 template <class Class>
 void wrap_init_with_parent(Class& cls, const char* doc) {
-  py::object original = cls.attr("__init__");
-  cls.attr("__init__") = py::cpp_function(
-      [original](py::handle self, py::args args, py::kwargs kwargs) {
-        original(self, *args, **kwargs);
-        self.cast<Vorn_3DGameNode&>().FinishConstruction();
-      },
-      py::is_method(cls), py::name("__init__"), py::doc(doc));
+  attach_twin_after_init(cls, doc, [](Vorn_3DGameNode& node) { node.FinishConstruction(); });
 }
 
 }  // namespace vorn::py_bind

@@ -5,6 +5,8 @@
 // names, so any subsystem may include it without depending on the application layer.
 #include <memory>
 
+#include "core/script_owned.h"
+
 namespace vorn {
 
 class Vorn_3DDrawNode;
@@ -21,12 +23,12 @@ inline int SCREEN_WIDTH = 800;
 inline int SCREEN_HEIGHT = 600;
 
 // The demonstration's debug draw node.
-inline std::shared_ptr<Vorn_3DDrawNode> pickDrawNode;
+inline Ref<Vorn_3DDrawNode> pickDrawNode;
 // The one resource manager; its constructor stores itself here.
 inline std::shared_ptr<PyGameResManager> ResManagerInstance;
 // The one shader manager, created by the resource manager.
 inline std::shared_ptr<Vorn_FXManage> FXManagerInstance;
 // The scene a host exposes to the engine (full-screen VR mode reaches it by this name).
-inline std::shared_ptr<Vorn_3Dcene> openGLScene;
+inline Ref<Vorn_3Dcene> openGLScene;
 
 }  // namespace vorn

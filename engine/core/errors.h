@@ -53,4 +53,10 @@ class RuntimeError : public Error {
   using Error::Error;
 };
 
+// A walk went deeper than the engine allows (a tree too deep to walk safely).
+class RecursionError : public Error {
+ public:
+  using Error::Error;
+};
+
 }  // namespace vorn

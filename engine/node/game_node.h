@@ -19,9 +19,10 @@
 //   node_picking.cpp    the pick ray test, the pick event of the draw, bounding box
 //   node_debug_draw_gl.cpp  bounding-box brackets and axis lines
 //
-// Ownership: nodes live in std::shared_ptr. `children` owns; `parent`, `followTarget`
-// and `sceneInstance` are non-owning. Make nodes with MakeNode<T>(...), which also
-// hangs a node constructed with a parent under that parent.
+// Ownership (core/script_owned.h): nodes live in std::shared_ptr; `children`,
+// `FollowCamera` and `ShadowMapCamera` own (NodeList, NodeRef); `parent`,
+// `followTarget` and `sceneInstance` are non-owning. Make nodes with MakeNode<T>(...),
+// which also hangs a node constructed with a parent under that parent.
 #include <array>
 #include <cstdint>
 #include <functional>
@@ -35,6 +36,7 @@
 #include "core/action_target.h"
 #include "core/fbx_matrix.h"
 #include "core/ordered_map.h"
+#include "core/script_owned.h"
 #include "core/script_value.h"
 #include "core/vector3.h"
 #include "node/buffer_object.h"
@@ -48,7 +50,9 @@ namespace vorn {
 class ActionPlayer;
 class GAction;
 
-class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this<Vorn_3DGameNode> {
+class Vorn_3DGameNode : public ActionTarget,
+                        public ScriptOwned,
+                        public std::enable_shared_from_this<Vorn_3DGameNode> {
  public:
   using Ptr = std::shared_ptr<Vorn_3DGameNode>;
   template <class V>
@@ -91,7 +95,7 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   void SetAxisVisible(bool v) noexcept { axisVisible = v; }
   bool IsAxisVisible() const noexcept { return axisVisible; }
   void SetShadowMapCamera(Ptr camera) { ShadowMapCamera = std::move(camera); }
-  const Ptr& GetShadowMapCamera() const noexcept { return ShadowMapCamera; }
+  const Ptr& GetShadowMapCamera() const noexcept { return ShadowMapCamera.ptr(); }
 
   // Once a frame: loop rotation, matrices, skin, children, actions, update callback.
   virtual void update(double delay);
@@ -104,7 +108,13 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   // ---- Hierarchy (node_hierarchy.cpp) ----
   Ptr GetParent() const noexcept { return parent.lock(); }
   void SetParent(const Ptr& node);
+  // ValueError when the child is this node or one of its ancestors: trees hold no cycles.
   void AddChild(Ptr child);
+  // Whether node is this node or below it (through children, not parent fields).
+  bool IsInSubtree(const Vorn_3DGameNode* node) const;
+  // The check of every way a node enters a children list: TypeError for None,
+  // ValueError for a cycle.
+  void CheckNewChild(const Vorn_3DGameNode* child, const char* where) const;
   void RemoveChild(const Vorn_3DGameNode* child);
   std::vector<Ptr> GetAllChildrens() const;
   void RemoveAllChild();
@@ -354,14 +364,13 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   // ---- Hooks for script subclasses (the Python binding overrides these) ----
   // The operation `name` of this node as a script callable, or None.
   virtual ScriptValue FindEventOperation(const std::string& name);
-  // The script object that wraps this node, or None (scriptSelfHook).
-  ScriptValue FindScriptSelf();
-  // Called by NodeList: while at least one list owns the node, the node keeps a
-  // reference to the script object that wraps it, so that its script state (a
-  // subclass's attributes and overrides) survives when the script drops its own.
-  void retain_owner();
-  void release_owner() noexcept;
-  int owner_count() const noexcept { return ownerCount_; }
+
+  // ---- What the script's cycle collector sees (core/script_owned.h) ----
+  long holder_count() const noexcept override { return weak_from_this().use_count(); }
+  // The stored script values, the children and the owned cameras; subclasses that own
+  // more add theirs and call this.
+  int visit_script_refs(ScriptRefVisit visit, void* context) const override;
+  void clear_script_refs() override;
 
   // ---- Fields, in the order the constructor sets them ----
   std::string NodeType = "3DGameNode";
@@ -433,8 +442,8 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   bool focusIn = false;
   ScriptValue userData;
   bool standOnGround = false;
-  Ptr FollowCamera;
-  Ptr ShadowMapCamera;
+  NodeRef FollowCamera;
+  NodeRef ShadowMapCamera;
   bool PickTriangleVisible = false;
 
  private:
@@ -442,13 +451,7 @@ class Vorn_3DGameNode : public ActionTarget, public std::enable_shared_from_this
   void UpdateActionPlayer(double delay);
   void CallEventIn(OrderedMap<std::string, EventEntry>& table, const std::string& eventName,
                    const ScriptValue& params, const char* missing);
-
-  int ownerCount_ = 0;
-  ScriptValue scriptSelf_;
 };
-
-// Installed by a script binding: the live script object wrapping a node, or None.
-inline ScriptValue (*scriptSelfHook)(Vorn_3DGameNode& node) = nullptr;
 
 // Constructs a node (or subclass) and completes its construction.
 template <class T, class... Args>

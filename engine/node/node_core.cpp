@@ -3,6 +3,7 @@
 
 #include "core/console.h"
 #include "core/errors.h"
+#include "core/walk_depth.h"
 #include "node/game_node.h"
 
 namespace vorn {
@@ -41,6 +42,7 @@ void Vorn_3DGameNode::FinishConstruction() {
 }
 
 void Vorn_3DGameNode::OnLoad(const std::shared_ptr<NodeScene>& scene) {
+  WalkDepth depth("Vorn_3DGameNode.OnLoad");
   sceneInstance = scene;
   if (scene && !TagName) {
     NodeIndex = scene->GenNewGameNodeID();
@@ -51,6 +53,7 @@ void Vorn_3DGameNode::OnLoad(const std::shared_ptr<NodeScene>& scene) {
 }
 
 void Vorn_3DGameNode::OnDestroy() {
+  WalkDepth depth("Vorn_3DGameNode.OnDestroy");
   for (const auto& child : children.snapshot()) child->OnDestroy();
   children.clear();
   BindingVarArray.clear();
@@ -60,6 +63,7 @@ void Vorn_3DGameNode::OnDestroy() {
 }
 
 void Vorn_3DGameNode::update(double delay) {
+  WalkDepth depth("Vorn_3DGameNode.update");
   // Loop rotation; the angles are not wrapped.
   if (rx_speed != 0) rx += rx_speed * delay;
   if (ry_speed != 0) ry += ry_speed * delay;
@@ -70,10 +74,7 @@ void Vorn_3DGameNode::update(double delay) {
 
   // Children see this frame's matrix of their parent. Each child is held while it
   // updates, since a script may take it out of the list meanwhile.
-  for (std::size_t i = 0; i < children.size(); ++i) {
-    Ptr child = children[i];
-    child->update(delay);
-  }
+  for (std::size_t i = 0; Ptr child = children.get_or_null(i); ++i) child->update(delay);
 
   // Actions and the callback come after the matrices: their moves show next frame.
   if (ActionPlayer) UpdateActionPlayer(delay);
@@ -100,17 +101,54 @@ Vorn_3DGameNode::Ptr Vorn_3DGameNode::CreateFollowCamera(double cx, double cy, d
 
 ScriptValue Vorn_3DGameNode::FindEventOperation(const std::string&) { return {}; }
 
-ScriptValue Vorn_3DGameNode::FindScriptSelf() { return scriptSelfHook ? scriptSelfHook(*this) : ScriptValue{}; }
-
-void Vorn_3DGameNode::retain_owner() {
-  if (ownerCount_++ == 0) scriptSelf_ = FindScriptSelf();
+int Vorn_3DGameNode::visit_script_refs(ScriptRefVisit visit, void* context) const {
+  int r = 0;
+  auto value = [&](const ScriptValue& v) {
+    if (r == 0) r = visit_value(v, visit, context);
+  };
+  value(userData);
+  for (const auto& [name, v] : BindingVarArray) value(v);
+  for (const auto* table : {&BindingEventArray, &InnerBindingEventArray}) {
+    for (const auto& [name, e] : *table) {
+      value(e.function);
+      for (const auto& v : e.rest) value(v);
+    }
+  }
+  for (const auto& [name, p] : BindingPointArray) {
+    value(p.posType);
+    value(p.x);
+    value(p.y);
+  }
+  value(UpdateFunction.source);
+  value(PickDownFunction.source);
+  value(PickUpFunction.source);
+  if (r == 0) r = children.visit(visit, context);
+  if (r == 0) r = FollowCamera.visit(visit, context);
+  if (r == 0) r = ShadowMapCamera.visit(visit, context);
+  return r;
 }
 
-void Vorn_3DGameNode::release_owner() noexcept {
-  if (ownerCount_ > 0 && --ownerCount_ == 0) {
-    // Dropping the reference may end the script object; nothing touches this after.
-    ScriptValue self = std::move(scriptSelf_);
-  }
+void Vorn_3DGameNode::clear_script_refs() {
+  // Everything is moved out first and dropped at the end: each drop may run script
+  // code that reaches this node again.
+  ScriptValue data = std::move(userData);
+  auto vars = std::move(BindingVarArray);
+  auto events = std::move(BindingEventArray);
+  auto inner = std::move(InnerBindingEventArray);
+  auto points = std::move(BindingPointArray);
+  UpdateCallback update = std::move(UpdateFunction);
+  PickCallback down = std::move(PickDownFunction);
+  PickCallback up = std::move(PickUpFunction);
+  NodeList kids = std::move(children);
+  NodeRef follow = std::move(FollowCamera);
+  NodeRef shadow = std::move(ShadowMapCamera);
+  BindingVarArray = {};
+  BindingEventArray = {};
+  InnerBindingEventArray = {};
+  BindingPointArray = {};
+  UpdateFunction = {};
+  PickDownFunction = {};
+  PickUpFunction = {};
 }
 
 }  // namespace vorn

@@ -1,5 +1,6 @@
 #include "node/node_scene.h"
 
+#include "node/game_node.h"
 #include "node/node_list.h"
 
 namespace vorn {

@@ -12,11 +12,12 @@
 
 #include "core/fbx_matrix.h"
 #include "core/vector3.h"
+#include "node/node_list.h"
 
 namespace vorn {
 
 class Vorn_3DGameNode;
-class NodeList;
+
 
 class NodeScene {
  public:

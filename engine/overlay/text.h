@@ -6,9 +6,11 @@
 #include <string>
 #include <utility>
 
+#include "core/script_owned.h"
+
 namespace vorn {
 
-class Vorn_Text : public std::enable_shared_from_this<Vorn_Text> {
+class Vorn_Text : public ScriptOwned, public std::enable_shared_from_this<Vorn_Text> {
  public:
   static constexpr int FT_8_BY_13 = 0;
   static constexpr int FT_9_BY_15 = 1;
@@ -30,6 +32,8 @@ class Vorn_Text : public std::enable_shared_from_this<Vorn_Text> {
 
   Vorn_Text(double x, double y, std::string text, int font = FT_8_BY_13);
   virtual ~Vorn_Text() = default;
+
+  long holder_count() const noexcept override { return weak_from_this().use_count(); }
 
   double x, y;
   std::string text;

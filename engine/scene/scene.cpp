@@ -89,6 +89,60 @@ std::array<double, 5> Vorn_3Dcene::GetSceneFog() const {
 
 NodeScene::NodePtr Vorn_3Dcene::GetCurrDrawNode() const { return CurrDrawNode; }
 
+int Vorn_3Dcene::visit_script_refs(ScriptRefVisit visit, void* context) const {
+  int r = 0;
+  auto list = [&](const auto& l) {
+    if (r == 0) r = l.visit(visit, context);
+  };
+  auto ref = [&](const auto& f) {
+    if (r == 0) r = f.visit(visit, context);
+  };
+  for (const NodeList* l : {&DrawNodeArray_3D, &ObjectArray_3D, &ObjectArray_3DTerrain, &ObjectArray_3DOcean,
+                            &ObjectArray_2D, &LightList, &CameraList})
+    list(*l);
+  list(TextArray);
+  ref(CurrObjectAxis);
+  ref(CurrDrawNode);
+  for (const NodeRef* f : {&sceneSkyBox, &sceneSkyShpere, &currSkyObject, &ActiveCamera, &VRLeftCamera,
+                           &VRLeftEyeImage, &VRRightCamera, &VRRightEyeImage, &VRLogoImage})
+    ref(*f);
+  for (const auto* map : {&DeferLightCamera, &SSAOCamera})
+    for (const auto& [id, camera] : *map) ref(camera);
+  ref(FPSText);
+  ref(BatchText);
+  for (const auto& f : LoadFunctionLine)
+    if (r == 0) r = visit_value(f, visit, context);
+  for (const auto& [name, f] : UserFunctionDict)
+    if (r == 0) r = visit_value(f, visit, context);
+  return r;
+}
+
+void Vorn_3Dcene::clear_script_refs() {
+  // Moved out first and dropped together at the end: each drop may run script code
+  // that reaches the scene again, and must find it consistent (empty).
+  std::vector<NodeList> lists;
+  for (NodeList* l : {&DrawNodeArray_3D, &ObjectArray_3D, &ObjectArray_3DTerrain, &ObjectArray_3DOcean,
+                      &ObjectArray_2D, &LightList, &CameraList})
+    lists.push_back(std::move(*l));
+  TextList texts = std::move(TextArray);
+  std::vector<NodeRef> refs;
+  for (NodeRef* f : {&sceneSkyBox, &sceneSkyShpere, &currSkyObject, &ActiveCamera, &VRLeftCamera, &VRLeftEyeImage,
+                     &VRRightCamera, &VRRightEyeImage, &VRLogoImage})
+    refs.push_back(std::move(*f));
+  auto deferCameras = std::move(DeferLightCamera);
+  auto ssaoCameras = std::move(SSAOCamera);
+  DeferLightCamera = {};
+  SSAOCamera = {};
+  Ref<Vorn_3DAxis> axis = std::move(CurrObjectAxis);
+  Ref<Vorn_3DDrawNode> drawNode = std::move(CurrDrawNode);
+  Ref<Vorn_Text> fps = std::move(FPSText);
+  Ref<Vorn_Text> batch = std::move(BatchText);
+  auto loadLine = std::move(LoadFunctionLine);
+  auto userFunctions = std::move(UserFunctionDict);
+  LoadFunctionLine = {};
+  UserFunctionDict = {};
+}
+
 NodeScene::NodePtr Vorn_3Dcene::Create3DGameNode(double x, double y, double z, const NodePtr& parent) {
   auto node = MakeNode<Vorn_3DGameNode>(x, y, z, parent);
   node->OnLoad(shared_from_this());

@@ -11,6 +11,8 @@
 #include <vector>
 
 #include "core/ordered_map.h"
+#include "core/owned_list.h"
+#include "core/script_owned.h"
 #include "core/script_value.h"
 #include "node/node_list.h"
 #include "node/node_scene.h"
@@ -23,9 +25,9 @@ class Vorn_3DAxis;
 class Vorn_3DDrawNode;
 class Vorn_3DCamera;
 
-using TextList = std::vector<std::shared_ptr<Vorn_Text>>;
+using TextList = OwnedList<Vorn_Text>;
 
-class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3Dcene> {
+class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_shared_from_this<Vorn_3Dcene> {
  public:
   // Builds the built-in gizmo, draw node, camera and the two overlays; they are bound
   // to the scene by InitGL. Needs the window (GL context), the resource manager and
@@ -88,6 +90,11 @@ class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3
   double GetSSAOKernelRadius() const override { return SSAOKernelRadius; }
   const std::vector<double>& GetSSAOKernelList() const override { return SSAOKernelList; }
   NodePtr GetCurrSkyObject() const { return currSkyObject; }
+
+  // ---- What the script's cycle collector sees (core/script_owned.h) ----
+  long holder_count() const noexcept override { return weak_from_this().use_count(); }
+  int visit_script_refs(ScriptRefVisit visit, void* context) const override;
+  void clear_script_refs() override;
   NodePtr GetCurrDrawNode() const override;
   void SetBackgroundMP3(std::optional<std::string> mp3File) { BackgroundMP3File = std::move(mp3File); }
   const std::optional<std::string>& GetBackgroundMP3() const { return BackgroundMP3File; }
@@ -172,25 +179,25 @@ class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3
   TextList TextArray;
   NodeList LightList;
   NodeList CameraList;
-  std::shared_ptr<Vorn_3DAxis> CurrObjectAxis;
-  std::shared_ptr<Vorn_3DDrawNode> CurrDrawNode;
+  Ref<Vorn_3DAxis> CurrObjectAxis;
+  Ref<Vorn_3DDrawNode> CurrDrawNode;
   int GAMENODE_ID = 0;
   int ScreenWidth = 0;
   int ScreenHeight = 0;
-  NodePtr sceneSkyBox;
-  NodePtr sceneSkyShpere;
-  NodePtr currSkyObject;
+  NodeRef sceneSkyBox;
+  NodeRef sceneSkyShpere;
+  NodeRef currSkyObject;
   double Scene_RotateH = 0.0;
   double Scene_RotateV = 0.0;
-  NodePtr ActiveCamera;
-  NodePtr VRLeftCamera;
-  NodePtr VRLeftEyeImage;
-  NodePtr VRRightCamera;
-  NodePtr VRRightEyeImage;
-  NodePtr VRLogoImage;
-  OrderedMap<int, NodePtr> DeferLightCamera;
+  NodeRef ActiveCamera;
+  NodeRef VRLeftCamera;
+  NodeRef VRLeftEyeImage;
+  NodeRef VRRightCamera;
+  NodeRef VRRightEyeImage;
+  NodeRef VRLogoImage;
+  OrderedMap<int, NodeRef> DeferLightCamera;
   bool DeferLightMode = false;
-  OrderedMap<int, NodePtr> SSAOCamera;
+  OrderedMap<int, NodeRef> SSAOCamera;
   std::vector<double> SSAOKernelList;
   double SSAOKernelRadius = 1.0;
   double UpdateLastTime = 0.0;
@@ -208,8 +215,8 @@ class Vorn_3Dcene : public NodeScene, public std::enable_shared_from_this<Vorn_3
   bool EnableSceneFog = true;
   std::vector<double> PointLightArray_ZYZRange;
   std::vector<double> PointLightArray_Color;
-  std::shared_ptr<Vorn_Text> FPSText;
-  std::shared_ptr<Vorn_Text> BatchText;
+  Ref<Vorn_Text> FPSText;
+  Ref<Vorn_Text> BatchText;
   int MouseX = 0;
   int MouseY = 0;
   bool checkPickOnce = false;

@@ -53,7 +53,7 @@ void Vorn_3Dcene::InitGL(int screenWidth, int screenHeight, double viewNear, dou
   if (screenHeight == 0) throw ZeroDivisionError("Vorn_3Dcene.InitGL: screenHeight is 0 (float division by zero)");
   gluPerspective(45.0, static_cast<double>(screenWidth) / static_cast<double>(screenHeight), viewNear, viewFar);
   glMatrixMode(GL_MODELVIEW);
-  if (auto camera = std::dynamic_pointer_cast<Vorn_3DCamera>(ActiveCamera)) camera->SetRange(viewNear, viewFar);
+  if (auto camera = std::dynamic_pointer_cast<Vorn_3DCamera>(ActiveCamera.ptr())) camera->SetRange(viewNear, viewFar);
   ScreenWidth = screenWidth;
   ScreenHeight = screenHeight;
   glLineWidth(0.01f);

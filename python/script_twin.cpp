@@ -38,7 +38,16 @@ struct VisitContext {
 };
 
 int twin_traverse(PyObject* self, visitproc visit, void* arg) {
-  if (baseTraverse) {
+#if PY_VERSION_HEX >= 0x030B0000
+  if (Py_TYPE(self)->tp_traverse != twin_traverse) {
+    // A script subclass: the interpreter's own traversal has visited the instance
+    // dictionary already (both it and the bound class keep it as a managed dictionary)
+    // and leaves the type to us. Visiting the dictionary twice would count a reference
+    // too many and keep everything it reaches alive.
+    Py_VISIT(Py_TYPE(self));
+  } else
+#endif
+      if (baseTraverse) {
     if (int r = baseTraverse(self, visit, arg)) return r;
   }
   ScriptOwned* owned = fully_owned(self);

@@ -86,6 +86,11 @@ class Vorn_3DPlane : public Vorn_3DGameNode {
   // outside the grid. The far edges count as inside and read the tile beyond the
   // last one. FastMode gives the tile's average height and prints it.
   std::pair<bool, double> CheckInHeight(double x, double z, bool FastMode = false);
+  // The scene's ground query: CheckInHeight's height where the plane covers (x, z).
+  std::optional<double> GroundHeightAt(double x, double z) override {
+    const auto [inside, y] = CheckInHeight(x, z);
+    return inside ? std::optional<double>(y) : std::nullopt;
+  }
 
   // ---- Picking (plane_pick.cpp) ----
   // The first tile in row order whose triangles the line Pt + t * Dir meets, any t.
@@ -129,8 +134,5 @@ class Vorn_3DPlane : public Vorn_3DGameNode {
   std::optional<TilePick> PickTileByWalk(const Vector3& Pt, const Vector3& Dir) const;
 };
 
-// Outlines a picked tile on the scene's draw node: four world points in drawing order.
-// The draw node class installs it; until then a visible pick outline draws nothing.
-inline std::function<void(Vorn_3DGameNode& drawNode, const std::array<Vector3, 4>& corners)> drawNodeQuadHook;
 
 }  // namespace vorn

@@ -164,12 +164,12 @@ void Vorn_3DPlane::OnTilePicked(const TilePick& hit, const Vector3& Dir) {
   }
   if (!PickTriangleVisible || !scene) return;
   const auto drawNode = scene->GetCurrDrawNode();
-  if (!drawNode || !drawNodeQuadHook) return;
+  if (!drawNode) return;
   // Lifted off the surface towards the viewer, so that the outline is not hidden in it.
   const double YOffset = Dir.y > 0.0 ? -0.001 : 0.001;
   auto c = GetTileWorldVertex(hit.tileX, hit.tileZ);
   for (auto& corner : c) corner.y += YOffset;
-  drawNodeQuadHook(*drawNode, {c[0], c[1], c[3], c[2]});
+  drawNode->MarkPickedQuad({c[0], c[1], c[3], c[2]});
 }
 
 }  // namespace vorn

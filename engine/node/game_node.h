@@ -304,6 +304,14 @@ class Vorn_3DGameNode : public ActionTarget,
   virtual void draw_axis(double rx = 0, double ry = 0, double rz = 0);
   // Reach of a point light; the light class answers its range, other nodes 0.0.
   virtual double GetLightRange() const { return 0.0; }
+  // Ground height at world (x, z) when this node is ground that covers the point (a
+  // plane, terrain or tile map answers); nothing otherwise. The scene's height query
+  // asks the nodes of its terrain registry in turn.
+  virtual std::optional<double> GroundHeightAt(double /*x*/, double /*z*/) { return std::nullopt; }
+  // Marks of a pick on the scene's draw node: a picked triangle and a picked tile's
+  // outline (four corners in drawing order). Only the draw node draws them.
+  virtual void MarkPickedTriangle(const std::array<Vector3, 3>& /*corners*/) {}
+  virtual void MarkPickedQuad(const std::array<Vector3, 4>& /*corners*/) {}
 
   // ---- Textures (node_textures.cpp, node_textures_gl.cpp) ----
   // A file for a texture: fileName as given, else the first of its matches in the

@@ -171,9 +171,7 @@ void Vorn_3DGameNode::draw_picktriangle() {
   scene->Select3DObject(self);
   if (Enable_PickDown && PickDownFunction) PickDownFunction.call(*this, DetailInfo);
   if (!PickTriangleVisible) return;
-  if (const auto pickDrawNode = scene->GetCurrDrawNode(); pickDrawNode && pickMarkHooks.triangle) {
-    pickMarkHooks.triangle(*pickDrawNode, DetailInfo.corners);
-  }
+  if (const auto pickDrawNode = scene->GetCurrDrawNode()) pickDrawNode->MarkPickedTriangle(DetailInfo.corners);
 }
 
 }  // namespace vorn

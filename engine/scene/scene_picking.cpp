@@ -7,11 +7,9 @@
 
 #include "camera/camera.h"
 #include "core/errors.h"
-#include "landscape/plane.h"
 #include "node/game_node.h"
 #include "overlay/axis.h"
 #include "scene/scene.h"
-#include "shapes/draw_node.h"
 
 namespace vorn {
 namespace {
@@ -21,17 +19,6 @@ Vorn_3DCamera& active_camera(const NodeScene::NodePtr& node, const char* where) 
   if (!camera) throw AttributeError(std::string("Vorn_3Dcene.") + where + ": the scene has no active camera");
   return *camera;
 }
-
-// A picked tile of a plane is outlined on the scene's draw node.
-void install_tile_outline() {
-  drawNodeQuadHook = [](Vorn_3DGameNode& drawNode, const std::array<Vector3, 4>& c) {
-    if (auto* marker = dynamic_cast<Vorn_3DDrawNode*>(&drawNode)) {
-      marker->DrawQuad(c[0].x, c[0].y, c[0].z, c[1].x, c[1].y, c[1].z, c[2].x, c[2].y, c[2].z, c[3].x, c[3].y,
-                       c[3].z);
-    }
-  };
-}
-[[maybe_unused]] const bool tileOutlineInstalled = (install_tile_outline(), true);
 
 }  // namespace
 
@@ -73,10 +60,7 @@ double Vorn_3Dcene::Get3DTerrainY(double x, double z) {
   // By index, reading the length at each step, and holding each entry while it answers.
   for (std::size_t i = 0; i < ObjectArray_3DTerrain.size(); ++i) {
     const NodePtr node = ObjectArray_3DTerrain[i];
-    auto* TerrainInst = dynamic_cast<Vorn_3DPlane*>(node.get());
-    if (!TerrainInst) continue;
-    const auto [InsResult, Y] = TerrainInst->CheckInHeight(x, z);
-    if (InsResult) return Y;
+    if (const auto Y = node->GroundHeightAt(x, z)) return *Y;
   }
   return 0.0;
 }

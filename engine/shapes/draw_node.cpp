@@ -12,14 +12,14 @@ Vorn_3DDrawNode::Vorn_3DDrawNode(double x_, double y_, double z_, const Ptr& par
   NodeType = "3DDrawNode";
   Enable_PickDown = false;
   Enable_PickUp = false;
-  // Nodes mark their picked triangle on the scene's draw node through this hook.
-  if (!pickMarkHooks.triangle) {
-    pickMarkHooks.triangle = [](Vorn_3DGameNode& drawNode, const std::array<Vector3, 3>& c) {
-      if (auto* marker = dynamic_cast<Vorn_3DDrawNode*>(&drawNode)) {
-        marker->DrawTriangle(c[0].x, c[0].y, c[0].z, c[1].x, c[1].y, c[1].z, c[2].x, c[2].y, c[2].z);
-      }
-    };
-  }
+}
+
+void Vorn_3DDrawNode::MarkPickedTriangle(const std::array<Vector3, 3>& c) {
+  DrawTriangle(c[0].x, c[0].y, c[0].z, c[1].x, c[1].y, c[1].z, c[2].x, c[2].y, c[2].z);
+}
+
+void Vorn_3DDrawNode::MarkPickedQuad(const std::array<Vector3, 4>& c) {
+  DrawQuad(c[0].x, c[0].y, c[0].z, c[1].x, c[1].y, c[1].z, c[2].x, c[2].y, c[2].z, c[3].x, c[3].y, c[3].z);
 }
 
 void Vorn_3DDrawNode::DrawTriangle(double x1, double y1, double z1, double x2, double y2, double z2, double x3,

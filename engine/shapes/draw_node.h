@@ -15,6 +15,9 @@ class Vorn_3DDrawNode : public Vorn_3DGameNode {
                     double z3);
   void DrawQuad(double x1, double y1, double z1, double x2, double y2, double z2, double x3, double y3, double z3,
                 double x4, double y4, double z4);
+  // Nodes mark their picked triangle, planes their picked tile, on the scene's draw node.
+  void MarkPickedTriangle(const std::array<Vector3, 3>& corners) override;
+  void MarkPickedQuad(const std::array<Vector3, 4>& corners) override;
   // The marker never answers picks: it lies on the very triangle it marks.
   std::optional<PickDetail> checkPick(const Vector3& /*Pt*/, const Vector3& /*Dir*/,
                                       double /*Length*/ = 99999.0) override {

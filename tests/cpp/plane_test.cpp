@@ -195,15 +195,20 @@ TEST(Plane, PickTileAgreesWithTestingEveryTile) {
 
 TEST(Plane, PickEventInClickAndDragMode) {
   auto scene = std::make_shared<PickScene>();
-  scene->drawNode = MakeNode<Vorn_3DGameNode>();
+  // Records the outlines a pick asks the scene's draw node for.
+  struct Marker : Vorn_3DGameNode {
+    std::vector<std::array<Vector3, 4>> outlines;
+    void MarkPickedQuad(const std::array<Vector3, 4>& c) override { outlines.push_back(c); }
+  };
+  auto marker = MakeNode<Marker>();
+  scene->drawNode = marker;
   auto plane = MakeNode<Plane>();
   plane->OnLoad(scene);
   plane->CreatePlane(2, 2, 2.0);  // tiles of 2 from -2 to 2
   plane->update(0.0);
   std::vector<Vector3> calls;
   plane->SetPickDownFunction({[&](Vorn_3DGameNode&, const PickDetail& d) { calls.push_back(d.position); }, {}});
-  std::vector<std::array<Vector3, 4>> outlines;
-  drawNodeQuadHook = [&](Vorn_3DGameNode&, const std::array<Vector3, 4>& c) { outlines.push_back(c); };
+  const auto& outlines = marker->outlines;
   auto pick_at = [&](double x, double z) {
     std::tie(scene->rayPt, scene->rayDir) = down_at(x, z);
     plane->draw_picktriangle();
@@ -232,7 +237,6 @@ TEST(Plane, PickEventInClickAndDragMode) {
   plane->EnablePickDownEvent(false);
   plane->SetPickTriangleVisible(true);
   pick_at(1.0, -1.0);
-  drawNodeQuadHook = nullptr;
   EXPECT_EQ(scene->selected.size(), 5u);
   EXPECT_EQ(calls.size(), 4u);
   ASSERT_EQ(outlines.size(), 1u);

@@ -21,9 +21,11 @@ namespace {
 
 // Cached locations by program name. Names are small integers on every driver in use,
 // so a vector indexed by name serves; very large names go to a hash map.
+// Never destroyed: a shader manager held by a global is dropped at exit, after the
+// objects of this file, and forgets its programs here.
 constexpr GLuint kDirectNames = 1u << 16;
-std::vector<std::unique_ptr<ProgramUniforms>> directCache;
-std::unordered_map<GLuint, ProgramUniforms> farCache;
+auto& directCache = *new std::vector<std::unique_ptr<ProgramUniforms>>();
+auto& farCache = *new std::unordered_map<GLuint, ProgramUniforms>();
 
 bool linked_program(GLuint program) {
   if (program == 0 || !glIsProgram(program)) return false;

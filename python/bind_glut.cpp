@@ -2,7 +2,9 @@
 // the GLUT constants. Python callables registered as callbacks are called from GLUT's
 // C frames: an exception they raise must not unwind through those frames, so it is
 // caught at the callback boundary, the main loop is left, and glutMainLoop() raises
-// it again in the script.
+// it again in the script. GLUT ends the process on misuse (a call before glutInit, a
+// window call with no window, a display callback of None); each such call is refused
+// here with a Python exception first.
 #include <GL/freeglut.h>
 
 #include <chrono>
@@ -13,6 +15,8 @@
 
 #include "app/window_gl.h"
 #include "bind_common.h"
+#include "core/errors.h"
+#include "core/gl_context.h"
 
 namespace vorn::py_bind {
 namespace {
@@ -45,6 +49,10 @@ void invoke(const py::object& callback, Args&&... args) {
     PyErr_SetString(PyExc_RuntimeError, e.what());
     slots().pending.emplace();
     slots().leave = true;
+  } catch (...) {
+    PyErr_SetString(PyExc_RuntimeError, "GLUT callback: unknown C++ exception");
+    slots().pending.emplace();
+    slots().leave = true;
   }
 }
 
@@ -71,15 +79,34 @@ void keyboard_cb(unsigned char key, int x, int y) {
 void special_cb(int key, int x, int y) { invoke(slots().special, key, x, y); }
 void reshape_cb(int w, int h) { invoke(slots().reshape, w, h); }
 
+// GLUT's window calls act on the current window and end the process without one.
+void require_window(const char* name) {
+  RequireGlutInit(name);
+  if (glutGetWindow() == 0) throw RuntimeError(std::string(name) + ": no window; call glutCreateWindow() first");
+}
+
+enum class Needs { Init, Window };
+
 // Stores a Python callable (or None, which unregisters) and tells GLUT.
 template <class Fn>
-void set_callback(py::object& slot, py::object callable, void (*register_fn)(Fn), Fn trampoline,
-                  const char* name) {
+void set_callback(py::object& slot, py::object callable, void (*register_fn)(Fn), Fn trampoline, const char* name,
+                  Needs needs = Needs::Window) {
   if (!callable.is_none() && !PyCallable_Check(callable.ptr())) {
     throw py::type_error(std::string(name) + ": func must be callable or None");
   }
+  if (needs == Needs::Window) {
+    require_window(name);
+  } else {
+    RequireGlutInit(name);
+  }
   slot = std::move(callable);
   register_fn(slot.is_none() ? nullptr : trampoline);
+}
+
+// Python's signal handlers only set a flag; a loop that runs no Python code between
+// events must look at it, or Ctrl-C would never reach the script.
+void check_signals() {
+  if (PyErr_CheckSignals() != 0) throw py::error_already_set();
 }
 
 }  // namespace
@@ -114,27 +141,60 @@ void bind_glut(py::module_& m) {
   m.def(
       "glutCreateWindow",
       [](const std::string& title) {
-        if (!glutGet(GLUT_INIT_STATE)) throw py::value_error("glutCreateWindow: call glutInit() first");
+        RequireGlutInit("glutCreateWindow");
         return CreateEngineWindow(title);
       },
       py::arg("title"),
       "Opens a window with its OpenGL context and makes it current; returns its id. Where\n"
       "the display has no multisample visual, the window opens without multisampling.");
-  m.def("glutHideWindow", [] { glutHideWindow(); }, "Hides the current window.");
-  m.def("glutShowWindow", [] { glutShowWindow(); }, "Shows the current window.");
-  m.def("glutReshapeWindow", [](int w, int h) { glutReshapeWindow(w, h); }, py::arg("width"), py::arg("height"),
-        "Asks for a new size of the current window.");
-  m.def("glutPostRedisplay", [] { glutPostRedisplay(); }, "Asks for a display callback.");
-  m.def("glutGet", [](int what) { return glutGet(static_cast<GLenum>(what)); }, py::arg("state"),
-        "Reads a GLUT state value.");
+  m.def(
+      "glutHideWindow",
+      [] {
+        require_window("glutHideWindow");
+        glutHideWindow();
+      },
+      "Hides the current window.");
+  m.def(
+      "glutShowWindow",
+      [] {
+        require_window("glutShowWindow");
+        glutShowWindow();
+      },
+      "Shows the current window.");
+  m.def(
+      "glutReshapeWindow",
+      [](int w, int h) {
+        require_window("glutReshapeWindow");
+        glutReshapeWindow(w, h);
+      },
+      py::arg("width"), py::arg("height"), "Asks for a new size of the current window.");
+  m.def(
+      "glutPostRedisplay",
+      [] {
+        require_window("glutPostRedisplay");
+        glutPostRedisplay();
+      },
+      "Asks for a display callback.");
+  m.def(
+      "glutGet",
+      [](int what) {
+        // These two GLUT answers before glutInit; everything else needs it.
+        if (what != GLUT_INIT_STATE && what != GLUT_ELAPSED_TIME) RequireGlutInit("glutGet");
+        return glutGet(static_cast<GLenum>(what));
+      },
+      py::arg("state"), "Reads a GLUT state value.");
 
   m.def(
       "glutDisplayFunc",
-      [](py::object f) { set_callback(slots().display, std::move(f), &glutDisplayFunc, &display_cb, "glutDisplayFunc"); },
-      py::arg("func"), "Registers the display callback func().");
+      [](py::object f) {
+        // GLUT has no "no display callback": it ends the process when given none.
+        if (f.is_none()) throw py::type_error("glutDisplayFunc: func must be callable; GLUT needs a display callback");
+        set_callback(slots().display, std::move(f), &glutDisplayFunc, &display_cb, "glutDisplayFunc");
+      },
+      py::arg("func"), "Registers the display callback func() (None is refused: GLUT needs one).");
   m.def(
       "glutIdleFunc",
-      [](py::object f) { set_callback(slots().idle, std::move(f), &glutIdleFunc, &idle_cb, "glutIdleFunc"); },
+      [](py::object f) { set_callback(slots().idle, std::move(f), &glutIdleFunc, &idle_cb, "glutIdleFunc", Needs::Init); },
       py::arg("func"), "Registers the idle callback func().");
   m.def(
       "glutMouseFunc",
@@ -169,32 +229,39 @@ void bind_glut(py::module_& m) {
   m.def(
       "glutMainLoop",
       [] {
-        if (!glutGet(GLUT_INIT_STATE)) throw py::value_error("glutMainLoop: call glutInit() first");
+        RequireGlutInit("glutMainLoop");
         // Our own loop over glutMainLoopEvent: GLUT's loop tears GLUT down when it
         // returns, which would take the window and its context with it.
         auto& s = slots();
         s.pending.reset();
         s.leave = false;
+        // Whatever ends the loop, the next one starts clean.
+        struct ClearLeave {
+          ~ClearLeave() { slots().leave = false; }
+        } clear_leave;
         while (!s.leave && !s.pending && glutGetWindow() != 0) {
           glutMainLoopEvent();
           if (s.leave || s.pending || glutGetWindow() == 0) break;
           if (s.idle && !s.idle.is_none()) {
             idle_cb();
           } else {
+            // Other Python threads run while the loop waits.
+            py::gil_scoped_release released;
             std::this_thread::sleep_for(std::chrono::milliseconds(1));
           }
+          check_signals();
         }
-        s.leave = false;
         raise_pending();
       },
       "Runs the main loop: window events, the display callback when asked for, and the idle\n"
       "callback, until glutLeaveMainLoop() or the window closes. An exception raised by a\n"
-      "callback ends the loop and is raised again here.");
+      "callback ends the loop and is raised again here; so does Ctrl-C (KeyboardInterrupt).");
   m.def(
       "glutLeaveMainLoop", [] { slots().leave = true; }, "Ends the main loop after the current callback.");
   m.def(
       "glutMainLoopEvent",
       [] {
+        RequireGlutInit("glutMainLoopEvent");
         glutMainLoopEvent();
         raise_pending();
       },

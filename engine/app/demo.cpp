@@ -49,17 +49,20 @@ void build_world(Vorn_3Dcene& scene) {
   box->SetMeshColor(0.2, 0.5, 0.9, 1.0);
 }
 
-void display_cb() { DrawFunc(); }
-void mouse_cb(int btn, int state, int x, int y) { MouseFunc(btn, state, x, y); }
-void motion_cb(int x, int y) { MotionFunc(x, y); }
+// Each callback runs behind the boundary: an exception ends the loop and reaches main.
+void display_cb() { AtCallbackBoundary([] { DrawFunc(); }); }
+void mouse_cb(int btn, int state, int x, int y) { AtCallbackBoundary([&] { MouseFunc(btn, state, x, y); }); }
+void motion_cb(int x, int y) { AtCallbackBoundary([&] { MotionFunc(x, y); }); }
 void keyboard_cb(unsigned char key, int x, int y) {
-  // A byte key prints as the script layer shows bytes: b'a'.
-  std::string text = "b";
-  text += console::py_repr_str(std::string(1, static_cast<char>(key)));
-  KeyboardFunc(text, x, y);
+  AtCallbackBoundary([&] {
+    // A byte key prints as the script layer shows bytes: b'a'.
+    std::string text = "b";
+    text += console::py_repr_str(std::string(1, static_cast<char>(key)));
+    KeyboardFunc(text, x, y);
+  });
 }
-void special_cb(int key, int x, int y) { KeyboardFunc(std::to_string(key), x, y); }
-void reshape_cb(int w, int h) { ChangeSizeFunc(w, h); }
+void special_cb(int key, int x, int y) { AtCallbackBoundary([&] { KeyboardFunc(std::to_string(key), x, y); }); }
+void reshape_cb(int w, int h) { AtCallbackBoundary([&] { ChangeSizeFunc(w, h); }); }
 
 }  // namespace
 
@@ -92,7 +95,6 @@ int RunDemo(const std::vector<std::string>& args) {
 
   driverInput = DriverInput{};
   glutDisplayFunc(&display_cb);
-  glutIdleFunc(&display_cb);
   glutMouseFunc(&mouse_cb);
   glutMotionFunc(&motion_cb);
   glutKeyboardFunc(&keyboard_cb);
@@ -100,11 +102,12 @@ int RunDemo(const std::vector<std::string>& args) {
   glutReshapeFunc(&reshape_cb);
 
   if (!options.frames) {
-    glutMainLoop();
+    RunMainLoop(&DrawFunc);
     return 0;
   }
   for (int i = 0; i < *options.frames; ++i) {
     glutMainLoopEvent();
+    RethrowCallbackError();
     DrawFunc();
   }
   if (options.screenshot && !SaveWindowPNG(*options.screenshot, SCREEN_WIDTH, SCREEN_HEIGHT)) return 1;

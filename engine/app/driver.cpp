@@ -1,9 +1,14 @@
 #include "app/driver.h"
 
+#include <chrono>
+#include <thread>
+
 #include "app/globals.h"
 #include "camera/camera.h"
 #include "core/console.h"
 #include "core/errors.h"
+#include "core/gl_api.h"
+#include "core/gl_context.h"
 #include "scene/scene.h"
 
 namespace vorn {
@@ -21,11 +26,41 @@ Vorn_3DCamera& active_camera(const char* caller) {
   return *camera;
 }
 
+// The first exception a callback threw since it was last rethrown.
+std::exception_ptr callbackError;
+
 // Offsets are taken only when the last position is known and non-zero in both axes
 // (a press at column 0 or row 0 loses the next step).
 bool has_last() { return driverInput.last_x.value_or(0) != 0 && driverInput.last_y.value_or(0) != 0; }
 
 }  // namespace
+
+void KeepCallbackError(std::exception_ptr error) noexcept {
+  if (!callbackError) callbackError = std::move(error);
+}
+
+void RethrowCallbackError() {
+  if (!callbackError) return;
+  std::exception_ptr error = std::move(callbackError);
+  callbackError = nullptr;
+  std::rethrow_exception(error);
+}
+
+void RunMainLoop(void (*idle)()) {
+  RequireGlutInit("RunMainLoop");
+  // Closing the window ends this loop instead of the process.
+  glutSetOption(GLUT_ACTION_ON_WINDOW_CLOSE, GLUT_ACTION_CONTINUE_EXECUTION);
+  while (!callbackError && glutGetWindow() != 0) {
+    glutMainLoopEvent();
+    if (callbackError || glutGetWindow() == 0) break;
+    if (idle) {
+      AtCallbackBoundary(idle);
+    } else {
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    }
+  }
+  RethrowCallbackError();
+}
 
 void DrawFunc() { scene("DrawFunc").DrawScene(); }
 

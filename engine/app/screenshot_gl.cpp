@@ -8,10 +8,24 @@
 
 #include "core/console.h"
 #include "core/gl_api.h"
+#include "core/errors.h"
+#include "core/gl_context.h"
 
 namespace vorn {
 
+namespace {
+
+// Reading the window needs GLUT (its height) and the window's context.
+void require_window(const char* operation) {
+  RequireGlutInit(operation);
+  RequireGLContext(operation);
+}
+
+}  // namespace
+
 std::string ReadWindowPixels(int x, int y, int width, int height) {
+  require_window("ReadScreenPixels");
+  if (width < 0 || height < 0) throw ValueError("ReadScreenPixels: width and height must not be negative");
   glFinish();
   std::string rgb(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3, '\0');
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
@@ -28,6 +42,7 @@ std::string ReadWindowPixels(int x, int y, int width, int height) {
 }
 
 bool SaveWindowPNG(const std::string& path, int width, int height) {
+  require_window("SaveScreenshot");
   if (width <= 0 || height <= 0) return false;
   const std::string flipped = ReadWindowPixels(0, 0, width, height);
 

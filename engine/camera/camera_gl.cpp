@@ -6,6 +6,7 @@
 #include "app/globals.h"
 #include "camera/camera.h"
 #include "core/errors.h"
+#include "core/gl_state_guard.h"
 #include "core/gl_api.h"
 
 namespace vorn {
@@ -36,6 +37,7 @@ Vector3 unproject(const GLMatrices& m, double wx, double wy, double wz) {
 }  // namespace
 
 FloatList16 Vorn_3DCamera::BuildPerspectiveMatrix() {
+  gl_state::CheckContext("Vorn_3DCamera.BuildPerspectiveMatrix");
   std::array<GLfloat, 16> m{};
   glGetFloatv(GL_PROJECTION_MATRIX, m.data());
   FloatList16 out;
@@ -44,6 +46,7 @@ FloatList16 Vorn_3DCamera::BuildPerspectiveMatrix() {
 }
 
 void Vorn_3DCamera::SetupProjectionAndView() {
+  gl_state::CheckContext("Vorn_3DCamera.SetupProjectionAndView");
   const Vector3 EyePosition = GetWorldXYZ();
   glMatrixMode(GL_PROJECTION);
   glLoadIdentity();
@@ -59,6 +62,7 @@ void Vorn_3DCamera::SetupProjectionAndView() {
 void Vorn_3DCamera::draw(double /*rx*/, double /*ry*/, double /*rz*/) {
   auto scene = RequireScene("draw");
   if (!IsRendering(*scene)) return;
+  const gl_state::DrawScope scope("Vorn_3DCamera.draw");
   SetupProjectionAndView();
   if (!RenderTargetArray.empty()) RenderTargets(*scene);
 }
@@ -66,6 +70,7 @@ void Vorn_3DCamera::draw(double /*rx*/, double /*ry*/, double /*rz*/) {
 std::pair<Vector3, Vector3> Vorn_3DCamera::ScreenPtTo3DPointAndDir(double px, double py, bool inverse) const {
   Vector3 Pt(0.0, 0.0, 0.0, 0), Dir(0.0, 0.0, 0.0, 0);
   if (px < 0 || py < 0) return {Pt, Dir};
+  gl_state::CheckContext("Vorn_3DCamera.ScreenPtTo3DPointAndDir");
 
   // The depth under the point plays no part in the ray, so it is not read back: a read
   // would stall the pipeline once for every object that tests the pick.
@@ -89,6 +94,7 @@ std::pair<Vector3, Vector3> Vorn_3DCamera::ScreenPtTo3DPointAndDir(double px, do
 }
 
 std::array<double, 3> Vorn_3DCamera::getScreenPosition(double px, double py, double pz) const {
+  gl_state::CheckContext("Vorn_3DCamera.getScreenPosition");
   const GLMatrices m = read_matrices();
   GLdouble wx = 0, wy = 0, wz = 0;
   if (gluProject(px, py, pz, m.modelview.data(), m.projection.data(), m.viewport.data(), &wx, &wy, &wz) != GL_TRUE) {

@@ -6,6 +6,7 @@
 #include "app/globals.h"
 #include "camera/camera.h"
 #include "core/errors.h"
+#include "core/gl_state_guard.h"
 #include "core/gl_api.h"
 #include "resource/frame_buffer_gl.h"
 #include "resource/res_manager.h"
@@ -58,19 +59,14 @@ template <class List>
 void render_into_targets(const OrderedMap<int, RenderTargetRecord>& targets, const List& objList) {
   for (std::size_t k = 0; k < targets.size(); ++k) {
     const RenderTargetRecord RenderTargetInfo = (targets.begin() + static_cast<std::ptrdiff_t>(k))->second;
-    glBindFramebuffer(GL_FRAMEBUFFER, RenderTargetInfo.FrameBuffer);
+    // The viewport stays the enclosing one; the enclosing frame buffer comes back on
+    // exit, also when a node's draw fails.
+    const gl_state::PassScope pass(RenderTargetInfo.FrameBuffer, {}, {0, 0, SCREEN_WIDTH, SCREEN_HEIGHT});
     glEnable(GL_DEPTH_TEST);
     glClearDepth(1.0);
     glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
-    try {
-      draw_list(objList, RenderTargetInfo.FXID);
-    } catch (...) {
-      // The screen must not stay redirected when a node's draw fails.
-      glBindFramebuffer(GL_FRAMEBUFFER, 0);
-      throw;
-    }
-    glBindFramebuffer(GL_FRAMEBUFFER, 0);
+    draw_list(objList, RenderTargetInfo.FXID);
   }
 }
 
@@ -79,6 +75,7 @@ void render_into_targets(const OrderedMap<int, RenderTargetRecord>& targets, con
 unsigned Vorn_3DCamera::CreateTarget(int key, int texWidth, int texHeight, bool floatMode, std::optional<int> fxid,
                                      const char* where) {
   // Everything is checked before the first GL object exists.
+  gl_state::CheckContext(std::string("Vorn_3DCamera.") + where);
   const int width = target_side(texWidth, SCREEN_WIDTH, where, "texWidth");
   const int height = target_side(texHeight, SCREEN_HEIGHT, where, "texHeight");
   const std::shared_ptr<PyGameResManager> resources = ResManagerInstance;
@@ -105,10 +102,12 @@ unsigned Vorn_3DCamera::CreateDepthTarget(int texWidth, int texHeight) {
 }
 
 void Vorn_3DCamera::RenderObjListToRenderTarget(const NodeList& objList) {
+  gl_state::CheckContext("Vorn_3DCamera.RenderObjListToRenderTarget");
   render_into_targets(RenderTargetArray, objList);
 }
 
 void Vorn_3DCamera::RenderObjListToRenderTarget(const std::vector<NodePtr>& objList) {
+  gl_state::CheckContext("Vorn_3DCamera.RenderObjListToRenderTarget");
   render_into_targets(RenderTargetArray, objList);
 }
 

@@ -3,6 +3,7 @@
 
 #include <array>
 
+#include "core/gl_state_guard.h"
 #include "core/math_util.h"
 #include "node/game_node.h"
 
@@ -23,6 +24,7 @@ inline void vertex(const Vector3& v) {
 
 void Vorn_3DGameNode::draw_boundingbox() {
   if (!IsVisible() || !IsBoundingBoxVisible()) return;
+  gl_state::CheckContext("Vorn_3DGameNode.draw_boundingbox");
   const Vector3 centerPt = (boxMin + boxMax) * 0.5;
   const double half[3] = {boxMax.x - centerPt.x, boxMax.y - centerPt.y, boxMax.z - centerPt.z};
   glBegin(GL_LINES);
@@ -46,6 +48,7 @@ void Vorn_3DGameNode::draw_boundingbox() {
 
 void Vorn_3DGameNode::draw_axis(double rx_, double ry_, double rz_) {
   if (!IsVisible() || !IsAxisVisible()) return;
+  gl_state::CheckContext("Vorn_3DGameNode.draw_axis");
   draw_begin(rx_, ry_, rz_);
   // The node's transform reaches the fixed-function stack only here, so that the
   // lines stand on the node (position and rotation, without its scale).

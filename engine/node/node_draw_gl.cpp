@@ -10,6 +10,7 @@
 #include "app/globals.h"
 #include "core/console.h"
 #include "core/errors.h"
+#include "core/gl_state_guard.h"
 #include "node/game_node.h"
 #include "node/program_uniforms.h"
 #include "node/submesh_lookup.h"
@@ -20,7 +21,7 @@ namespace {
 // Texture unit of a channel. A channel outside 0..7 selects none and leaves the active
 // unit as it was.
 void select_unit(int channel) {
-  if (channel >= 0 && channel <= 7) glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + channel));
+  if (channel >= 0 && channel <= 7) gl_state::SelectTextureUnit(channel);
 }
 
 // Creates and fills the GL texture of a record on the channel's unit. The FX path asks
@@ -237,6 +238,42 @@ void draw_to_screen(Vorn_3DGameNode& n, double rx, double ry, double rz) {
   n.draw_end();
 }
 
+// The draw of a node that renders into its target frame buffer.
+void draw_into_target(Vorn_3DGameNode& n, double rx_, double ry_, double rz_, NodeScene* scene) {
+  // The enclosing pass's frame buffer and viewport come back on exit, thrown or not.
+  const gl_state::PassScope pass(*n.TargetFrameBuffer, {0, 0, n.TargetFrameWidth, n.TargetFrameHeight},
+                                 {0, 0, SCREEN_WIDTH, SCREEN_HEIGHT});
+  glClearDepth(1.0);
+  glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
+  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
+  if (!n.TargetFrameBuffer_IsPostFXMode) {
+    n.draw_begin(rx_, ry_, rz_);
+    n.draw_allsubmesh();
+    n.draw_children();
+    n.draw_end();
+    return;
+  }
+  n.draw_begin(rx_, ry_, rz_);
+  n.draw_begin_shader(0);
+  const unsigned* fx0 = n.SubMeshFX.find(0);
+  const std::optional<unsigned> currShaderVN = fx0 ? std::optional<unsigned>(*fx0) : std::nullopt;
+  // Every record binds to unit 0 here and its sampler is told the channel number.
+  if (auto* records = n.TextureArray.find(0)) {
+    const ProgramUniforms* u = currShaderVN ? &GetProgramUniforms(*currShaderVN) : nullptr;
+    for (const TextureInfo& rec : *records) {
+      gl_state::SelectTextureUnit(0);
+      glBindTexture(GL_TEXTURE_2D, rec.texID);
+      if (u) SetSamplerUnit(SamplerLocation(*u, rec.channel), rec.channel);
+    }
+  }
+  if (scene) scene->RenderPostFXRect();
+  n.draw_children();
+  n.draw_end();
+  glBindTexture(GL_TEXTURE_2D, 0);
+  if (currShaderVN) gl_state::UseProgram(0);
+  n.CurrSubMeshFX.reset();
+}
+
 template <class V>
 const V& entry(const Vorn_3DGameNode::SubMeshMap<V>& map, int s, const char* name) {
   if (const V* found = FindSubMeshEntry(map, s)) return *found;
@@ -246,53 +283,29 @@ const V& entry(const Vorn_3DGameNode::SubMeshMap<V>& map, int s, const char* nam
 }  // namespace
 
 void Vorn_3DGameNode::draw_begin(double rx_, double ry_, double rz_) {
-  glPushMatrix();
+  gl_state::CheckContext("Vorn_3DGameNode.draw_begin");
+  gl_state::PushModelview();
   // A rotation by 0 is the identity; skipping it leaves the same matrix.
   if (rx_ != 0.0) glRotatef(static_cast<float>(rx_), 1.0f, 0.0f, 0.0f);
   if (ry_ != 0.0) glRotatef(static_cast<float>(ry_), 0.0f, 1.0f, 0.0f);
   if (rz_ != 0.0) glRotatef(static_cast<float>(rz_), 0.0f, 0.0f, 1.0f);
 }
 
-void Vorn_3DGameNode::draw_end() { glPopMatrix(); }
+void Vorn_3DGameNode::draw_end() {
+  gl_state::CheckContext("Vorn_3DGameNode.draw_end");
+  gl_state::PopModelview();
+}
 
 void Vorn_3DGameNode::draw(double rx_, double ry_, double rz_) {
   // A hidden node hides its subtree and counts no batch.
   if (!IsVisible()) return;
+  const gl_state::DrawScope scope("Vorn_3DGameNode.draw");
+  // A draw that failed half-way may have left its program recorded; the next one
+  // must bind it again.
+  CurrSubMeshFX.reset();
   const auto scene = sceneInstance.lock();
   if (TargetFrameBuffer) {
-    glBindFramebuffer(GL_FRAMEBUFFER, *TargetFrameBuffer);
-    glClearDepth(1.0);
-    glClearColor(0.0f, 0.0f, 0.0f, 0.0f);
-    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT | GL_STENCIL_BUFFER_BIT);
-    glViewport(0, 0, TargetFrameWidth, TargetFrameHeight);
-    if (TargetFrameBuffer_IsPostFXMode) {
-      draw_begin(rx_, ry_, rz_);
-      draw_begin_shader(0);
-      const unsigned* fx0 = SubMeshFX.find(0);
-      const std::optional<unsigned> currShaderVN = fx0 ? std::optional<unsigned>(*fx0) : std::nullopt;
-      // Every record binds to unit 0 here and its sampler is told the channel number.
-      if (auto* records = TextureArray.find(0)) {
-        const ProgramUniforms* u = currShaderVN ? &GetProgramUniforms(*currShaderVN) : nullptr;
-        for (const TextureInfo& rec : *records) {
-          glActiveTexture(GL_TEXTURE0);
-          glBindTexture(GL_TEXTURE_2D, rec.texID);
-          if (u) SetSamplerUnit(SamplerLocation(*u, rec.channel), rec.channel);
-        }
-      }
-      if (scene) scene->RenderPostFXRect();
-      draw_children();
-      draw_end();
-      glBindTexture(GL_TEXTURE_2D, 0);
-      if (currShaderVN) glUseProgram(0);
-      CurrSubMeshFX.reset();
-    } else {
-      draw_begin(rx_, ry_, rz_);
-      draw_allsubmesh();
-      draw_children();
-      draw_end();
-    }
-    glBindFramebuffer(GL_FRAMEBUFFER, 0);
-    glViewport(0, 0, SCREEN_WIDTH, SCREEN_HEIGHT);
+    draw_into_target(*this, rx_, ry_, rz_, scene.get());
     if (DEBUG_MODE) draw_to_screen(*this, rx_, ry_, rz_);
   } else {
     draw_to_screen(*this, rx_, ry_, rz_);
@@ -303,24 +316,27 @@ void Vorn_3DGameNode::draw(double rx_, double ry_, double rz_) {
 
 void Vorn_3DGameNode::draw_children() {
   if (!IsVisible()) return;
-  // Held while it draws: a script's draw may take the child out of the list.
+  // By index with the size read at each step, each child held while it draws: a
+  // script's draw may add to the list or take the child out of it.
   for (std::size_t i = 0; i < children.size(); ++i) {
     const Ptr child = children[i];
-    child->draw();
+    if (child) child->draw();
   }
 }
 
 void Vorn_3DGameNode::draw_allsubmesh() {
+  gl_state::CheckContext("Vorn_3DGameNode.draw_allsubmesh");
   // By position, in first-insertion order of the keys.
   for (std::size_t i = 0; i < VertexArray_Positon.size(); ++i) {
     draw_submesh((VertexArray_Positon.begin() + static_cast<std::ptrdiff_t>(i))->first);
   }
   glBindTexture(GL_TEXTURE_2D, 0);
-  glUseProgram(0);
+  gl_state::UseProgram(0);
   CurrSubMeshFX.reset();
 }
 
 void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
+  gl_state::CheckContext("Vorn_3DGameNode.draw_submesh");
   const int s = submeshIndex;
   // The entries of one submesh lie in a dozen separate arrays: start all their reads now,
   // before the GL calls below, so that a walk over many nodes does not wait on each.
@@ -377,6 +393,7 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
     BufferObject& vertices = **vbo;
     BufferObject& indices = **ibo;
     vertices.bind();
+    gl_state::MarkClientArrays();
     glInterleavedArrays(static_cast<GLenum>(entry(VertexDescArray, s, "layout")), 0, nullptr);
     const std::int64_t* shapeCount = FindSubMeshEntry(SubMeshShapeCount, s);
     // Never more indices than the buffer holds.

@@ -9,19 +9,23 @@
 #include <vector>
 
 #include "core/console.h"
+#include "core/gl_state_guard.h"
 #include "node/game_node.h"
 #include "node/node_draw_hooks.h"
 #include "node/program_uniforms.h"
 #include "node/submesh_lookup.h"
+#include "shader/fx_manage.h"
 
 namespace vorn {
 namespace {
 
 // Cached locations by program name. Names are small integers on every driver in use,
 // so a vector indexed by name serves; very large names go to a hash map.
+// Never destroyed: a shader manager held by a global is dropped at exit, after the
+// objects of this file, and forgets its programs here.
 constexpr GLuint kDirectNames = 1u << 16;
-std::vector<std::unique_ptr<ProgramUniforms>> directCache;
-std::unordered_map<GLuint, ProgramUniforms> farCache;
+auto& directCache = *new std::vector<std::unique_ptr<ProgramUniforms>>();
+auto& farCache = *new std::unordered_map<GLuint, ProgramUniforms>();
 
 bool linked_program(GLuint program) {
   if (program == 0 || !glIsProgram(program)) return false;
@@ -121,18 +125,34 @@ const ProgramUniforms& GetProgramUniforms(GLuint program) {
   if (program < kDirectNames) {
     if (program >= directCache.size()) directCache.resize(program + 1);
     std::unique_ptr<ProgramUniforms>& slot = directCache[program];
-    if (!slot) slot = std::make_unique<ProgramUniforms>(lookup(program));
+    if (!slot) {
+      slot = std::make_unique<ProgramUniforms>(lookup(program));
+    } else if (slot->program != program) {
+      *slot = lookup(program);
+    }
     return *slot;
   }
   auto it = farCache.find(program);
-  if (it == farCache.end()) it = farCache.emplace(program, lookup(program)).first;
+  if (it == farCache.end()) {
+    it = farCache.emplace(program, lookup(program)).first;
+  } else if (it->second.program != program) {
+    it->second = lookup(program);
+  }
   return it->second;
 }
 
+// Entries are marked (program 0) rather than freed: a draw in progress may still hold
+// a reference to one when a script drops the manager that owned the program.
 void ForgetProgramUniforms(GLuint program) {
-  if (program < directCache.size()) directCache[program].reset();
-  farCache.erase(program);
+  if (program == 0) return;
+  if (program < directCache.size() && directCache[program]) *directCache[program] = ProgramUniforms{};
+  if (auto it = farCache.find(program); it != farCache.end()) it->second = ProgramUniforms{};
 }
+
+namespace {
+// The programs a dropped shader manager deletes leave this cache too.
+[[maybe_unused]] const bool forgetsDeletedPrograms = (onProgramDeleted = &ForgetProgramUniforms, true);
+}  // namespace
 
 GLint SamplerLocation(const ProgramUniforms& u, int channel) {
   if (channel >= 0 && channel < 8) return u.texture[channel];
@@ -156,12 +176,13 @@ void SetSamplerUnit(GLint location, int channel) {
 }
 
 void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
+  gl_state::CheckContext("Vorn_3DGameNode.draw_begin_shader");
   const unsigned* currShaderVN = FindSubMeshEntry(SubMeshFX, submeshIndex);
   if (!currShaderVN || *currShaderVN == 0) return;
   // Submeshes of a node that share a program share these uniforms.
   if (CurrSubMeshFX && *CurrSubMeshFX == *currShaderVN) return;
   CurrSubMeshFX = *currShaderVN;
-  glUseProgram(*currShaderVN);
+  gl_state::UseProgram(*currShaderVN);
   const ProgramUniforms& u = GetProgramUniforms(*currShaderVN);
 
   if (u.uModelMatrix >= 0) {

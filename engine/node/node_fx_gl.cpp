@@ -6,6 +6,7 @@
 #include "app/globals.h"
 #include "core/console.h"
 #include "core/errors.h"
+#include "core/gl_state_guard.h"
 #include "node/game_node.h"
 #include "node/node_draw_hooks.h"
 #include "shader/fx_manage.h"
@@ -36,6 +37,7 @@ void Vorn_3DGameNode::ApplySubMeshFX(int submeshIndex, int VN_FXID) {
   if (!fx) {
     throw RuntimeError("Vorn_3DGameNode.ApplySubMeshFX: no FXManagerInstance; create the PyGameResManager first");
   }
+  gl_state::CheckContext("Vorn_3DGameNode.ApplySubMeshFX");
   const std::optional<unsigned> ShaderVN = fx->GetShader(VN_FXID);
   if (const unsigned* current = SubMeshFX.find(submeshIndex); current && ShaderVN && *current == *ShaderVN) return;
 
@@ -46,8 +48,8 @@ void Vorn_3DGameNode::ApplySubMeshFX(int submeshIndex, int VN_FXID) {
     fx->PrintShader(VN_FXID);
     return;
   }
-  glUseProgram(*ShaderVN);
-  glUseProgram(0);
+  gl_state::UseProgram(*ShaderVN);
+  gl_state::UseProgram(0);
   fx->PrintShader(VN_FXID);
   SubMeshFX.set(submeshIndex, *ShaderVN);
 }

@@ -11,6 +11,7 @@
 #include "app/globals.h"
 #include "core/console.h"
 #include "core/errors.h"
+#include "core/gl_state_guard.h"
 #include "node/game_node.h"
 #include "node/node_textures_read.h"
 #include "resource/image_path.h"
@@ -51,6 +52,7 @@ std::optional<std::string> find_face(const PyGameResManager& res, const std::str
 
 bool Vorn_3DGameNode::LoadSubMeshCubeMapTextureFromFile(int submeshIndex, const std::string& cubeTextureDir) {
   constexpr const char* op = "Vorn_3DGameNode.LoadSubMeshCubeMapTextureFromFile";
+  gl_state::CheckContext(op);
   if (!ResManagerInstance) throw RuntimeError(std::string(op) + ": no ResManagerInstance; create the PyGameResManager first");
   if (!TextureArray.find(submeshIndex)) {
     throw KeyError(std::string(op) + ": submesh " + std::to_string(submeshIndex) +

@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "core/errors.h"
+#include "core/gl_state_guard.h"
 #include "core/math_util.h"
 #include "overlay/axis.h"
 
@@ -120,6 +121,8 @@ void Vorn_3DAxis::draw(double rx_, double ry_, double rz_) {
   if (!IsVisible() || !AxisType) return;
   const Ptr node = GameNode.lock();
   if (!node) return;
+  // A failing shape or bounding box leaves no matrix pushed and no program bound.
+  const gl_state::DrawScope scope("Vorn_3DAxis.draw");
   draw_begin(rx_, ry_, rz_);
   // The pick and the drag need the view of the pass as it stands, before the node's
   // matrix joins the fixed-function stack below.
@@ -129,7 +132,7 @@ void Vorn_3DAxis::draw(double rx_, double ry_, double rz_) {
   glPolygonMode(GL_BACK, GL_FILL);
   const FloatList16 axisMatrix = MatrixToFloatList(node->GetAxisMatrix());
   if (CurrSubMeshFX) {
-    glUseProgram(*CurrSubMeshFX);
+    gl_state::UseProgram(*CurrSubMeshFX);
     const GLint modelMatLocation = glGetUniformLocation(*CurrSubMeshFX, "uModelMatrix");
     if (modelMatLocation >= 0) {
       std::array<float, 16> m;
@@ -149,7 +152,7 @@ void Vorn_3DAxis::draw(double rx_, double ry_, double rz_) {
   node->draw_boundingbox();
   node->SetBoundingBoxVisible(isBoxVisible);
   draw_end();
-  if (CurrSubMeshFX) glUseProgram(0);
+  if (CurrSubMeshFX) gl_state::UseProgram(0);
 }
 
 }  // namespace vorn

@@ -1,6 +1,7 @@
 // Font table and drawing of Vorn_Text: the GL- and GLUT-facing half.
 #include "app/globals.h"
 #include "core/gl_api.h"
+#include "core/gl_state_guard.h"
 #include "overlay/text.h"
 
 namespace vorn {
@@ -20,6 +21,9 @@ std::map<int, Vorn_Text::FontInfo> Vorn_Text::DefaultFontDict() {
 void Vorn_Text::draw() {
   auto it = FontDict.find(font);
   if (it == FontDict.end() || text.empty()) return;
+  const gl_state::DrawScope scope("Vorn_Text.draw");
+  // The bitmap fonts are GLUT's: without glutInit GLUT would end the process.
+  RequireGlutInit("Vorn_Text.draw");
   const FontInfo info = it->second;
   const GLboolean blending = glIsEnabled(GL_BLEND);
   const double left = AlignedLeft();

@@ -2,6 +2,8 @@
 
 #include <epoxy/gl.h>
 
+#include "core/gl_state_guard.h"
+
 namespace vorn {
 
 ColourFrameBuffer CreateColourFrameBuffer(int width, int height, bool floatMode, bool linearFilter) {
@@ -30,7 +32,8 @@ ColourFrameBuffer CreateColourFrameBuffer(int width, int height, bool floatMode,
   glRenderbufferStorage(GL_RENDERBUFFER, GL_DEPTH24_STENCIL8, width, height);
   glBindRenderbuffer(GL_RENDERBUFFER, 0);
   glFramebufferRenderbuffer(GL_FRAMEBUFFER, GL_DEPTH_STENCIL_ATTACHMENT, GL_RENDERBUFFER, renderBuffer);
-  glBindFramebuffer(GL_FRAMEBUFFER, 0);
+  // Made during a pass (a script's draw), the pass keeps its own target.
+  glBindFramebuffer(GL_FRAMEBUFFER, gl_state::tracked.frameBuffer);
   target.frameBuffer = frameBuffer;
   target.texture = texture;
   return target;

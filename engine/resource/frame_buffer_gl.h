@@ -1,6 +1,6 @@
 #pragma once
 // A render target: a frame buffer with a colour texture and a depth-stencil render
-// buffer. Leaves frame buffer 0 and texture 0 bound.
+// buffer. Leaves the pass's frame buffer (0 outside a pass) and texture 0 bound.
 namespace vorn {
 
 struct ColourFrameBuffer {

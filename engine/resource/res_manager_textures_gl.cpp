@@ -6,6 +6,7 @@
 #include "app/globals.h"
 #include "core/errors.h"
 #include "core/gl_api.h"
+#include "core/gl_state_guard.h"
 #include "core/math_util.h"
 #include "resource/frame_buffer_gl.h"
 #include "resource/res_manager.h"
@@ -28,6 +29,7 @@ void check_side(int side, GLenum limitName, const char* where, const char* what)
 }  // namespace
 
 unsigned PyGameResManager::AddSSAORandTexture(int Width, int Height) {
+  gl_state::CheckContext("PyGameResManager.AddSSAORandTexture");
   check_side(Width, GL_MAX_TEXTURE_SIZE, "AddSSAORandTexture", "Width");
   check_side(Height, GL_MAX_TEXTURE_SIZE, "AddSSAORandTexture", "Height");
 
@@ -59,6 +61,7 @@ unsigned PyGameResManager::AddSSAORandTexture(int Width, int Height) {
 }
 
 unsigned PyGameResManager::CreateRenderTargetTexture(int texWidth, int texHeight, bool IsDepthBuffer) {
+  gl_state::CheckContext("PyGameResManager.CreateRenderTargetTexture");
   const int FrameWidth = texWidth > 0 ? texWidth : SCREEN_WIDTH;
   const int FrameHeight = texHeight > 0 ? texHeight : SCREEN_HEIGHT;
   check_side(FrameWidth, GL_MAX_RENDERBUFFER_SIZE, "CreateRenderTargetTexture", "width");

@@ -1,10 +1,12 @@
 // InitGL and the frame: the GL-facing half of the scene.
 #include <cstdio>
+#include <string>
 
 #include "app/globals.h"
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "core/gl_api.h"
+#include "core/gl_state_guard.h"
 #include "node/game_node.h"
 #include "overlay/axis.h"
 #include "scene/scene.h"
@@ -23,6 +25,23 @@ void walk(const NodeList& list, Fn&& fn) {
   }
 }
 
+// The same over a camera map: by position, each camera held while it runs.
+template <class Fn>
+void walk_map(const OrderedMap<int, NodeScene::NodePtr>& map, Fn&& fn) {
+  for (std::size_t i = 0; i < map.size(); ++i) {
+    const NodeScene::NodePtr camera = (map.begin() + static_cast<std::ptrdiff_t>(i))->second;
+    if (camera) fn(*camera);
+  }
+}
+
+// A field the frame calls into; a script may have set it to None. The message is the
+// one a script gets for the same call on None.
+template <class T>
+T& require(const std::shared_ptr<T>& field, const char* operation) {
+  if (!field) throw AttributeError(std::string("'NoneType' object has no attribute '") + operation + "'");
+  return *field;
+}
+
 template <class Fn>
 void walk_roots(const NodeList& list, Fn&& fn) {
   walk(list, [&](Vorn_3DGameNode& node) {
@@ -33,6 +52,7 @@ void walk_roots(const NodeList& list, Fn&& fn) {
 }  // namespace
 
 void Vorn_3Dcene::InitGL(int screenWidth, int screenHeight, double viewNear, double viewFar) {
+  RequireGLContext("Vorn_3Dcene.InitGL");
   glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
   glClearDepth(1.0);
   glDepthFunc(GL_LEQUAL);
@@ -58,9 +78,9 @@ void Vorn_3Dcene::InitGL(int screenWidth, int screenHeight, double viewNear, dou
   ScreenHeight = screenHeight;
   glLineWidth(0.01f);
   const auto self = shared_from_this();
-  CurrObjectAxis->OnLoad(self);
+  require(CurrObjectAxis, "OnLoad").OnLoad(self);
   if (ActiveCamera) ActiveCamera->OnLoad(self);
-  CurrDrawNode->OnLoad(self);
+  require(CurrDrawNode, "OnLoad").OnLoad(self);
 }
 
 bool Vorn_3Dcene::IsVRMode() const { return VRLeftCamera && VRRightCamera && VRLeftEyeImage && VRRightEyeImage; }
@@ -68,12 +88,8 @@ bool Vorn_3Dcene::IsVRMode() const { return VRLeftCamera && VRRightCamera && VRL
 void Vorn_3Dcene::UpdatePhase(double delay) {
   auto update = [delay](Vorn_3DGameNode& node) { node.update(delay); };
   if (ActiveCamera && !ActiveCamera->GetParent()) ActiveCamera->update(delay);
-  for (const auto& [id, camera] : DeferLightCamera) {
-    if (camera) camera->update(delay);
-  }
-  for (const auto& [id, camera] : SSAOCamera) {
-    if (camera) camera->update(delay);
-  }
+  walk_map(DeferLightCamera, update);
+  walk_map(SSAOCamera, update);
   walk_roots(CameraList, update);
   walk_roots(LightList, update);
   walk(ObjectArray_3D, update);
@@ -106,12 +122,9 @@ void Vorn_3Dcene::MainPass(bool vrMode) {
   auto draw3d = [rx, ry, rz](Vorn_3DGameNode& node) { node.draw(rx, ry, rz); };
   // The active camera sets up projection and view for everything after it.
   if (ActiveCamera) ActiveCamera->draw();
-  for (const auto& [id, camera] : DeferLightCamera) {
-    if (camera) camera->draw();
-  }
-  for (const auto& [id, camera] : SSAOCamera) {
-    if (camera) camera->draw();
-  }
+  auto drawCamera = [](Vorn_3DGameNode& camera) { camera.draw(); };
+  walk_map(DeferLightCamera, drawCamera);
+  walk_map(SSAOCamera, drawCamera);
   walk_roots(LightList, draw3d);
   walk(ObjectArray_3DTerrain, draw3d);
   walk(ObjectArray_3DOcean, draw3d);
@@ -131,6 +144,9 @@ void Vorn_3Dcene::MainPass(bool vrMode) {
 }
 
 void Vorn_3Dcene::DrawScene() {
+  // The frame starts on the window's frame buffer; whatever a draw throws, the GL state
+  // of the contract in core/gl_state_guard.h holds again when the frame is left.
+  const gl_state::FrameScope frame("Vorn_3Dcene.DrawScene", {0, 0, SCREEN_WIDTH, SCREEN_HEIGHT});
   // Clock and statistics: the first frame has delay 0.
   uCurrTime = ElapsedSeconds();
   if (UpdateLastTime == 0.0) UpdateLastTime = uCurrTime;
@@ -139,7 +155,7 @@ void Vorn_3Dcene::DrawScene() {
   if (FPSTimer > 0.5) {
     char text[32];
     std::snprintf(text, sizeof text, "FPS:%d", static_cast<int>(FPSCount / FPSTimer + 0.5));
-    FPSText->SetText(text);
+    require(FPSText, "SetText").SetText(text);
     FPSTimer = 0.0;
     FPSCount = 0;
   }
@@ -155,7 +171,7 @@ void Vorn_3Dcene::DrawScene() {
   }
 
   // The overlay shows the previous frame's batches; this frame's count starts here.
-  BatchText->SetText("Batch:" + std::to_string(BatchCount));
+  require(BatchText, "SetText").SetText("Batch:" + std::to_string(BatchCount));
   BatchCount = 0;
 
   // Render-target cameras draw before the clear, so their textures are ready.

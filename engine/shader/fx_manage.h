@@ -4,6 +4,10 @@
 // program of an identifier afterwards. Compile and link results are not looked at
 // during construction: a refused text still leaves its handle in the map. The
 // diagnostic DiagnoseShaders() reports them on request.
+//
+// The manager owns the programs and shader objects it made: dropping it deletes them
+// (when a context is current; at process exit the context may be gone first). Nodes
+// that still name one of its programs draw without it afterwards.
 #include <map>
 #include <optional>
 #include <string>
@@ -27,6 +31,10 @@ struct FXProgramStatus {
   bool Usable() const { return VSCompiled && PSCompiled && Linked; }
 };
 
+// Called with every program a manager deletes, so that caches keyed by program name
+// (the node draw's uniform locations) forget it before the name is handed out again.
+inline void (*onProgramDeleted)(unsigned int program) = nullptr;
+
 class Vorn_FXManage {
  public:
   using ProgramMap = std::map<int, std::optional<unsigned int>>;
@@ -39,9 +47,12 @@ class Vorn_FXManage {
   // Generates and compiles the whole catalogue: the 2D range first, then the 3D range,
   // each in ascending order.
   Vorn_FXManage();
+  ~Vorn_FXManage();
+  Vorn_FXManage(const Vorn_FXManage&) = delete;
+  Vorn_FXManage& operator=(const Vorn_FXManage&) = delete;
 
   // A linked program from two texts; nothing (and no GL object) when either is empty.
-  // The shader objects stay attached and alive for the life of the process.
+  // The shader objects stay attached and alive as long as the manager.
   std::optional<unsigned int> CreateShader(const std::string& vsCode, const std::string& psCode);
 
   // The program of an identifier: the 2D map is searched first, then the 3D map.

@@ -3,6 +3,7 @@
 #include <epoxy/gl.h>
 
 #include "core/errors.h"
+#include "core/gl_context.h"
 #include "shader/fx_2d.h"
 #include "shader/fx_3d.h"
 #include "shader/fx_manage.h"
@@ -42,14 +43,9 @@ std::string ProgramLog(GLuint program) {
   return log;
 }
 
-// GL calls without a current context would reach no driver; a script that builds the
-// manager before its window gets an exception instead.
-void RequireContext(const char* operation) {
-  if (epoxy_gl_version() == 0) {
-    throw RuntimeError(std::string("Vorn_FXManage.") + operation +
-                       ": no current OpenGL context; create the GLUT window first");
-  }
-}
+// GL calls without a current context would end the process in the loader; a script
+// that builds the manager before its window gets an exception instead.
+void RequireContext(const char* operation) { RequireGLContext(std::string("Vorn_FXManage.") + operation); }
 
 }  // namespace
 
@@ -65,6 +61,20 @@ Vorn_FXManage::Vorn_FXManage() {
     const std::optional<std::string> vsCode = vn3DFX.GetVS(i);
     const std::optional<std::string> psCode = vn3DFX.GetPS(i);
     Shader_3DFX_Dict[i] = CreateShader(vsCode.value_or(std::string()), psCode.value_or(std::string()));
+  }
+}
+
+Vorn_FXManage::~Vorn_FXManage() {
+  // Compiled programs hold megabytes in the driver; the names are forgotten even
+  // without a context, as they are meaningless once the context is gone.
+  const bool deletable = HasCurrentGLContext();
+  for (const auto& [program, objects] : shaderObjects_) {
+    if (deletable) {
+      glDeleteShader(objects.first);
+      glDeleteShader(objects.second);
+      glDeleteProgram(program);
+    }
+    if (onProgramDeleted) onProgramDeleted(program);
   }
 }
 

@@ -67,7 +67,7 @@ def test_manager_needs_a_context():
     )
     result = subprocess.run([sys.executable, "-c", script], capture_output=True, text=True, env=os.environ.copy())
     assert result.returncode == 0, result.stderr
-    assert result.stdout.startswith("RuntimeError Vorn_FXManage.__init__: no current OpenGL context")
+    assert result.stdout.startswith("RuntimeError Vorn_FXManage.__init__: no OpenGL context is current")
 
 
 @pytest.fixture(scope="module")

@@ -27,7 +27,7 @@ void walk(const NodeList& list, Fn&& fn) {
 
 // The same over a camera map: by position, each camera held while it runs.
 template <class Fn>
-void walk_map(const OrderedMap<int, NodeScene::NodePtr>& map, Fn&& fn) {
+void walk_map(const OrderedMap<int, NodeRef>& map, Fn&& fn) {
   for (std::size_t i = 0; i < map.size(); ++i) {
     const NodeScene::NodePtr camera = (map.begin() + static_cast<std::ptrdiff_t>(i))->second;
     if (camera) fn(*camera);
@@ -37,7 +37,7 @@ void walk_map(const OrderedMap<int, NodeScene::NodePtr>& map, Fn&& fn) {
 // A field the frame calls into; a script may have set it to None. The message is the
 // one a script gets for the same call on None.
 template <class T>
-T& require(const std::shared_ptr<T>& field, const char* operation) {
+T& require(const Ref<T>& field, const char* operation) {
   if (!field) throw AttributeError(std::string("'NoneType' object has no attribute '") + operation + "'");
   return *field;
 }

@@ -15,7 +15,7 @@ import pytest
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 SEED = 20240611
-CALLS = 8  # calls per operation and state: bounds the run to about a minute
+CALLS = 60  # calls per operation and state: bounds the run to about a minute
 STALL = 20.0  # seconds without a new call before the child counts as hung
 
 # States of the engine the operations run in:
@@ -44,7 +44,7 @@ def _last_call(path):
 def _run_child(state, start, progress, resdir):
     """Runs one child from operation `start`; returns (lines, returncode or 'hang')."""
     env = dict(os.environ, PYTHONPATH=os.pathsep.join(
-        [HERE] + [p for p in os.environ.get("PYTHONPATH", "").split(os.pathsep) if p]),
+        [HERE] + [os.path.abspath(p) for p in os.environ.get("PYTHONPATH", "").split(os.pathsep) if p]),
         SDL_AUDIODRIVER="dummy", PYTHONFAULTHANDLER="1")
     if os.path.exists(progress):
         os.remove(progress)

@@ -15,7 +15,7 @@ import pytest
 
 HERE = os.path.dirname(os.path.abspath(__file__))
 SEED = 20240611
-CALLS = 60  # calls per operation and state: bounds the run to about a minute
+CALLS = 120  # calls per operation and state: bounds the run to about a minute
 STALL = 20.0  # seconds without a new call before the child counts as hung
 
 # States of the engine the operations run in:
@@ -26,9 +26,38 @@ STALL = 20.0  # seconds without a new call before the child counts as hung
 #   dropped   those nodes after their scene was dropped
 STATES = ["nowin", "gl", "factories", "detached", "dropped"]
 
-# Crashes whose fixes are under way in code other helpers own: operation -> family.
-# A listed operation that stops crashing fails the test, so the entry gets removed.
+# Crashes whose fixes are under way elsewhere: operation -> family. A state whose only
+# crashes are listed here is an expected failure; once they are fixed the test passes
+# and the entries go.
+_NO_CONTEXT = "GL call without a context aborts in libepoxy (GL context checks)"
+_GLUT = "glut call before glutInit, or an event pass on a window without a display callback, exits (glut call checks)"
+_CYCLE = "node made its own ancestor recurses until the stack overflows (node cycles, node lifetime rewrite)"
+_LIFETIME = "node of a dropped or cleared scene (node lifetime rewrite)"
 KNOWN_CRASHES = {
+    "<globals>": _NO_CONTEXT,
+    "Vorn_3DCamera.CreateDepthTarget": _NO_CONTEXT,
+    "Vorn_3DCamera.CreateRenderTarget": _NO_CONTEXT,
+    "Vorn_3DGameNode.draw_allsubmesh": _NO_CONTEXT,
+    "Vorn_3Dcene.CreateShadowMapCamera": _NO_CONTEXT,
+    "Vorn_Text.draw": _NO_CONTEXT,
+    "Vorn_3DGameNode.draw": _NO_CONTEXT + "; with a context: " + _CYCLE,
+    "SaveScreenshot": _GLUT,
+    "glutDisplayFunc": _GLUT + "; glutDisplayFunc(None) is a freeglut fatal error",
+    "glutGet": _GLUT,
+    "glutHideWindow": _GLUT,
+    "glutIdleFunc": _GLUT,
+    "glutMainLoopEvent": _GLUT,
+    "glutPostRedisplay": _GLUT,
+    "glutReshapeFunc": _GLUT,
+    "glutReshapeWindow": _GLUT,
+    "glutShowWindow": _GLUT,
+    "glutSpecialFunc": _GLUT,
+    "Vorn_3DGameNode.GetAllChildrens": _CYCLE,
+    "Vorn_3DGameNode.RecoverFX": _CYCLE,
+    "Vorn_3DGameNode.RemoveAllChild": _CYCLE,
+    "Vorn_3DGameNode.update": _CYCLE,
+    "Vorn_3DGameNode.OnDestroy": _LIFETIME,
+    "Vorn_3DGameNode.OnLoad": _LIFETIME,
 }
 
 

@@ -134,6 +134,18 @@ def raising(*args, **kwargs):
     raise Boom("callback raised")
 
 
+class LyingList(list):
+    """A list whose len() is smaller than what iterating it yields: code that sizes a
+    fixed array by len() and then iterates must not write past the array."""
+
+    def __len__(self):
+        return min(16, list.__len__(self))
+
+
+def lying_list(n):
+    return LyingList([1.0] * n)
+
+
 NAN, INF = math.nan, math.inf
 INTS = [0, 1, 2, 3, -1, -2, 7, 64, 2**31 - 1, 2**31, -2**31 - 1, 2**63, -2**63 - 1, 10**30]
 FLOATS = [0.0, 1.0, -1.0, 0.5, 100.0, NAN, INF, -INF, 1e308, -1e308, 5e-324, 1e6]
@@ -154,7 +166,7 @@ class Values:
             lambda: ["a", 1, None], lambda: {}, lambda: {"a": None}, lambda: (1, 2, 3),
             lambda: object(), lambda: self.target, lambda: self.pool.any(r), lambda: raising,
             lambda: (lambda *a: "wrong"), lambda: type(self.target), lambda: [self.pool.any(r)] * 2,
-            lambda: list(range(300)), lambda: 1j,
+            lambda: list(range(300)), lambda: 1j, lambda: lying_list(5000),
         ]
         return r.choice(choices)()
 
@@ -171,6 +183,8 @@ class Values:
         if t.startswith(("List[", "list", "Sequence", "Tuple[", "Iterable")):
             inner = "float" if "float" in t else "int" if "int" in t else "str" if "str" in t else ""
             n = r.choice([0, 1, 2, 3, 4, 8, 9, 16, 17, 1000])
+            if r.random() < 0.1:
+                return lying_list(5000)
             return [self.typed(inner) if inner else self.hostile() for _ in range(n)]
         if t.startswith(("Dict[", "dict")):
             return {self.typed("str"): self.hostile() for _ in range(r.randrange(3))}

@@ -34,7 +34,8 @@ def show(value):
     if isinstance(value, (list, tuple)):
         inner = ", ".join(show(v) for v in value[:4])
         more = f", ...{len(value)} items" if len(value) > 4 else ""
-        return ("[%s%s]" if isinstance(value, list) else "(%s%s)") % (inner, more)
+        kind = "" if type(value) in (list, tuple) else type(value).__name__
+        return kind + (("[%s%s]" if isinstance(value, list) else "(%s%s)") % (inner, more))
     if callable(value):
         return getattr(value, "__name__", "callable")
     text = repr(value)

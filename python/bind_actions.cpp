@@ -393,7 +393,9 @@ void bind_action_player(py::module_& m) {
                                    type_name(value));
             }
             std::vector<ActionPlayer::Queue> queues;
-            for (py::handle queue : py::reinterpret_borrow<py::sequence>(value)) {
+            // Iterating the object (not a py::sequence view) keeps each item referenced
+            // while it is read: a sequence may create its items on the fly.
+            for (py::handle queue : value) {
               queues.push_back(action_queue_arg(queue, "ActionPlayer.ActionArray"));
             }
             p.ActionArray = std::move(queues);
@@ -422,7 +424,9 @@ std::vector<std::shared_ptr<GAction>> action_queue_arg(py::handle queue, const c
                          type_name(queue));
   }
   std::vector<std::shared_ptr<GAction>> out;
-  for (py::handle item : py::reinterpret_borrow<py::sequence>(queue)) out.push_back(action_arg(item, where));
+  // Through the object's iterator, which owns each item while it is converted; a
+  // py::sequence view would hand out items that a generated sequence has already freed.
+  for (py::handle item : queue) out.push_back(action_arg(item, where));
   return out;
 }
 

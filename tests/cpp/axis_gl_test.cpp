@@ -19,7 +19,7 @@ class AxisGL : public test::GLTest {
  protected:
   void SetUp() override {
     test::GLTest::SetUp();
-    if (IsSkipped()) return;
+    if (!HasContext()) return;
     savedW_ = SCREEN_WIDTH, savedH_ = SCREEN_HEIGHT;
     SCREEN_WIDTH = test::kWindowWidth, SCREEN_HEIGHT = test::kWindowHeight;
     glViewport(0, 0, test::kWindowWidth, test::kWindowHeight);
@@ -37,7 +37,7 @@ class AxisGL : public test::GLTest {
     axis->SetType("t");
   }
   void TearDown() override {
-    if (!IsSkipped()) {
+    if (HasContext()) {
       SCREEN_WIDTH = savedW_, SCREEN_HEIGHT = savedH_;
       glMatrixMode(GL_PROJECTION);
       glLoadIdentity();

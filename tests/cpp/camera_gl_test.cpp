@@ -38,7 +38,7 @@ class CameraGL : public test::GLTest {
  protected:
   void SetUp() override {
     test::GLTest::SetUp();
-    if (IsSkipped()) return;
+    if (!HasContext()) return;
     savedW_ = SCREEN_WIDTH, savedH_ = SCREEN_HEIGHT;
     SCREEN_WIDTH = test::kWindowWidth, SCREEN_HEIGHT = test::kWindowHeight;
     glViewport(0, 0, test::kWindowWidth, test::kWindowHeight);
@@ -52,7 +52,7 @@ class CameraGL : public test::GLTest {
     cam->OnLoad(scene);
   }
   void TearDown() override {
-    if (!IsSkipped()) SCREEN_WIDTH = savedW_, SCREEN_HEIGHT = savedH_;
+    if (HasContext()) SCREEN_WIDTH = savedW_, SCREEN_HEIGHT = savedH_;
     test::GLTest::TearDown();
   }
   // The frame's part for the camera: update, then draw.

@@ -18,9 +18,11 @@ using RGB = std::array<int, 3>;
 class Fx2DDraw : public GLTest {
  protected:
   void TearDown() override {
-    if (texture_) glDeleteTextures(1, &texture_);
-    glActiveTexture(GL_TEXTURE0);
-    glUseProgram(0);
+    if (HasContext()) {
+      if (texture_) glDeleteTextures(1, &texture_);
+      glActiveTexture(GL_TEXTURE0);
+      glUseProgram(0);
+    }
     GLTest::TearDown();
   }
 

@@ -1,7 +1,9 @@
 #pragma once
 // One GLUT window per test process, created on first use under the display that
 // scripts/test provides (Xvfb with Mesa llvmpipe). GL tests derive from GLTest, which
-// fails a test that leaves a GL error behind unless the test expects one.
+// fails a test that leaves a GL error behind unless the test expects one. Without a
+// context (skipped, or failed under VORN_REQUIRE_GL) a fixture makes no GL call at all,
+// in SetUp or TearDown: derived fixtures test HasContext(), not IsSkipped().
 #include <epoxy/gl.h>
 #include <gtest/gtest.h>
 
@@ -19,7 +21,8 @@ inline constexpr int kWindowHeight = 240;
 class GLTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    if (!EnsureGLContext()) {
+    has_context_ = EnsureGLContext();
+    if (!has_context_) {
       // scripts/test always provides a display and sets VORN_REQUIRE_GL: never skip there.
       if (std::getenv("VORN_REQUIRE_GL")) FAIL() << "no OpenGL context although VORN_REQUIRE_GL is set";
       GTEST_SKIP() << "no display for an OpenGL context";
@@ -28,7 +31,7 @@ class GLTest : public ::testing::Test {
     }
   }
   void TearDown() override {
-    if (IsSkipped()) return;
+    if (!has_context_) return;
     const GLenum error = glGetError();
     if (!expect_gl_error_) {
       EXPECT_EQ(error, static_cast<GLenum>(GL_NO_ERROR)) << "GL error left by the test";
@@ -38,8 +41,11 @@ class GLTest : public ::testing::Test {
   }
   // A test that provokes a GL error on purpose calls this.
   void ExpectGLError() { expect_gl_error_ = true; }
+  // True once SetUp made the context current; false when the test was skipped or failed.
+  bool HasContext() const { return has_context_; }
 
  private:
+  bool has_context_ = false;
   bool expect_gl_error_ = false;
 };
 

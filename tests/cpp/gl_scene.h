@@ -50,7 +50,7 @@ class NodeGLTest : public GLTest {
  protected:
   void SetUp() override {
     GLTest::SetUp();
-    if (IsSkipped()) return;
+    if (!HasContext()) return;
     savedFX_ = FXManagerInstance;
     savedRes_ = ResManagerInstance;
     savedSize_ = {SCREEN_WIDTH, SCREEN_HEIGHT};
@@ -70,7 +70,7 @@ class NodeGLTest : public GLTest {
     glClear(GL_COLOR_BUFFER_BIT);
   }
   void TearDown() override {
-    if (!IsSkipped()) {
+    if (HasContext()) {
       FXManagerInstance = savedFX_;
       ResManagerInstance = savedRes_;
       SCREEN_WIDTH = savedSize_[0];

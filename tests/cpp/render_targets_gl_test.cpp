@@ -81,7 +81,7 @@ class RenderTargetsGL : public NodeGLTest {
  protected:
   void SetUp() override {
     NodeGLTest::SetUp();
-    if (IsSkipped()) return;
+    if (!HasContext()) return;
     ResManagerInstance = Resources();
     RegisterRenderTargetHooks();  // another test may have put its own hooks in and cleared them
     DEBUG_MODE = false;

@@ -12,7 +12,7 @@ class TextGL : public test::GLTest {
  protected:
   void SetUp() override {
     test::GLTest::SetUp();
-    if (IsSkipped()) return;
+    if (!HasContext()) return;
     saved_height_ = SCREEN_HEIGHT;
     SCREEN_HEIGHT = test::kWindowHeight;
     glViewport(0, 0, test::kWindowWidth, test::kWindowHeight);
@@ -20,7 +20,7 @@ class TextGL : public test::GLTest {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
   }
   void TearDown() override {
-    if (!IsSkipped()) SCREEN_HEIGHT = saved_height_;
+    if (HasContext()) SCREEN_HEIGHT = saved_height_;
     test::GLTest::TearDown();
   }
 

@@ -13,7 +13,8 @@
 #include <string>
 #include <vector>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
+#include "shader/fx_manage.h"
 #include "raw_gl_nodes.h"
 #include "core/console.h"
 #include "core/gl_api.h"

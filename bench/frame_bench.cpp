@@ -12,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "core/screen_settings.h"
 #include "app/globals.h"
 #include "raw_gl_nodes.h"
 #include "camera/camera.h"

@@ -299,9 +299,6 @@ void bind_camera_fields(CameraClass& cls) {
 }  // namespace
 
 void bind_camera(py::module_& m) {
-  // CreateFollowCamera of every node makes cameras from here on.
-  RegisterCameraHooks();
-
   CameraClass cls(m, "Vorn_3DCamera",
                   "A scene node with a projection, a look-at target and an up direction. The eye is\n"
                   "the node's world position, so a camera can hang below another node.",

@@ -2,7 +2,7 @@
 #include <cmath>
 #include <limits>
 
-#include "app/globals.h"
+#include "shader/fx_manage.h"
 #include "bind_common.h"
 #include "shader/fx_3d.h"
 #include "shader/fx_manage.h"

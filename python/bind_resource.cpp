@@ -1,7 +1,9 @@
 // The resource manager.
 #include <memory>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
+#include "resource/res_manager.h"
+#include "shader/fx_manage.h"
 #include "bind_common.h"
 #include "resource/image_load_result.h"
 #include "resource/res_manager.h"

@@ -5,6 +5,7 @@
 
 #include "app/demo.h"
 #include "app/driver.h"
+#include "core/screen_settings.h"
 #include "app/globals.h"
 #include "app/screenshot_gl.h"
 #include "bind_common.h"

@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "app/driver.h"
+#include "core/screen_settings.h"
 #include "app/globals.h"
 #include "app/screenshot_gl.h"
 #include "app/window_gl.h"

@@ -3,6 +3,7 @@
 #include <chrono>
 #include <thread>
 
+#include "core/screen_settings.h"
 #include "app/globals.h"
 #include "camera/camera.h"
 #include "core/console.h"

@@ -3,7 +3,7 @@
 
 #include <string>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "core/console.h"
 #include "core/errors.h"
 
@@ -166,22 +166,17 @@ void Vorn_3DCamera::update(double delay) {
 
 // ---- Follow camera of the node ----
 
-void RegisterCameraHooks() {
-  RegisterShadowMapCameraHooks();
-  followCameraHooks.create = [] { return Vorn_3DGameNode::Ptr(MakeNode<Vorn_3DCamera>()); };
-  followCameraHooks.catch_target = [](Vorn_3DGameNode& camera, Vorn_3DGameNode& target) {
-    auto* cam = dynamic_cast<Vorn_3DCamera*>(&camera);
-    if (!cam) throw TypeError("Vorn_3DGameNode.CreateFollowCamera: FollowCamera is not a Vorn_3DCamera");
-    cam->Catch(target.shared_from_this());
-  };
+// The node's operation that needs the camera class: the node declares it, the camera
+// subsystem defines it, so the node layer never names a class above it.
+Vorn_3DGameNode::Ptr Vorn_3DGameNode::CreateFollowCamera(double cx, double cy, double cz) {
+  if (!FollowCamera) FollowCamera = MakeNode<Vorn_3DCamera>();
+  Ptr camera = FollowCamera;
+  camera->SetXYZ(cx, cy, cz);
+  auto* cam = dynamic_cast<Vorn_3DCamera*>(camera.get());
+  if (!cam) throw TypeError("Vorn_3DGameNode.CreateFollowCamera: FollowCamera is not a Vorn_3DCamera");
+  cam->Catch(shared_from_this());
+  camera->Follow(shared_from_this());
+  return camera;
 }
-
-namespace {
-
-// Registers at start-up. This file holds the camera's constructor, so any program
-// that can make a camera links it, and with it this initialiser.
-[[maybe_unused]] const bool cameraHooksRegistered = (RegisterCameraHooks(), true);
-
-}  // namespace
 
 }  // namespace vorn

@@ -122,6 +122,8 @@ class Vorn_3DCamera : public Vorn_3DGameNode {
   // Sets the forced FX of the record of the last target created; a camera without
   // targets ignores it. IncludeChildren plays no part for a camera.
   void ApplyFX(int VN_3DFXID, bool IncludeChildren = false) override;
+  // Depth target size and matrices for the programs of nodes that cast shadows here.
+  std::optional<ShadowMapInfo> GetShadowMapInfo() const override;
   // Clears each target and draws the nodes into it (with the record's FX forced and
   // restored node by node), with zero world rotation; framebuffer 0 is bound after.
   void RenderObjListToRenderTarget(const NodeList& objList);
@@ -171,13 +173,5 @@ class Vorn_3DCamera : public Vorn_3DGameNode {
   const RenderTargetRecord* FindTarget(int key) const { return RenderTargetArray.find(key); }
 };
 
-// Fills shadowMapCameraHooks so that a node's ShadowMapCamera hands the size of its
-// depth target and its matrices to the programs. RegisterCameraHooks calls it.
-void RegisterShadowMapCameraHooks();
-
-// Fills followCameraHooks so that Vorn_3DGameNode::CreateFollowCamera makes cameras.
-// Runs by itself at start-up in any program that links camera code; a host that
-// never names the camera may call it explicitly. Calling it again is harmless.
-void RegisterCameraHooks();
 
 }  // namespace vorn

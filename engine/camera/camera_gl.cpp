@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "core/gl_state_guard.h"

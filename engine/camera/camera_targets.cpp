@@ -2,7 +2,6 @@
 // values a shadow-casting camera hands to the node draw (no GL).
 #include "camera/camera.h"
 #include "core/errors.h"
-#include "node/node_draw_hooks.h"
 
 namespace vorn {
 
@@ -50,16 +49,12 @@ void Vorn_3DCamera::ApplyFX(int VN_3DFXID, bool /*IncludeChildren*/) {
   if (RenderTargetRecord* r = RenderTargetArray.find(CameraType)) r->FXID = VN_3DFXID;
 }
 
-void RegisterShadowMapCameraHooks() {
-  shadowMapCameraHooks.read = [](const Vorn_3DGameNode& node) -> std::optional<ShadowMapInfo> {
-    const auto* camera = dynamic_cast<const Vorn_3DCamera*>(&node);
-    if (!camera) return std::nullopt;
-    ShadowMapInfo info;
-    if (const auto [w, h] = camera->GetDepthTargetTextureSize(); w && h) info.texSize = {*w, *h};
-    info.projMatrix = camera->GetProjMatrix();
-    info.viewMatrix = camera->GetViewMatrix();
-    return info;
-  };
+std::optional<ShadowMapInfo> Vorn_3DCamera::GetShadowMapInfo() const {
+  ShadowMapInfo info;
+  if (const auto [w, h] = GetDepthTargetTextureSize(); w && h) info.texSize = {*w, *h};
+  info.projMatrix = GetProjMatrix();
+  info.viewMatrix = GetViewMatrix();
+  return info;
 }
 
 }  // namespace vorn

@@ -3,7 +3,8 @@
 #include <algorithm>
 #include <string>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
+#include "resource/res_manager.h"
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "core/gl_state_guard.h"

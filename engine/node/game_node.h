@@ -102,7 +102,8 @@ class Vorn_3DGameNode : public ActionTarget,
   virtual void update_skin_animation(double /*delay*/) {}
   virtual bool checkColl(const Vorn_3DGameNode* /*other*/) { return false; }
   // Creates (once) the camera that follows this node, places it at (x, y, z) and
-  // points it here. RuntimeError while no camera class is registered.
+  // points it here. Defined with the camera (camera/camera_follow.cpp): the node knows
+  // cameras only as nodes.
   Ptr CreateFollowCamera(double x, double y, double z);
 
   // ---- Hierarchy (node_hierarchy.cpp) ----
@@ -312,6 +313,9 @@ class Vorn_3DGameNode : public ActionTarget,
   // outline (four corners in drawing order). Only the draw node draws them.
   virtual void MarkPickedTriangle(const std::array<Vector3, 3>& /*corners*/) {}
   virtual void MarkPickedQuad(const std::array<Vector3, 4>& /*corners*/) {}
+  // What a shadow-casting camera hands to the programs of the nodes that name it as
+  // their ShadowMapCamera; nothing from nodes that are not cameras.
+  virtual std::optional<ShadowMapInfo> GetShadowMapInfo() const { return std::nullopt; }
 
   // ---- Textures (node_textures.cpp, node_textures_gl.cpp) ----
   // A file for a texture: fileName as given, else the first of its matches in the
@@ -468,13 +472,5 @@ std::shared_ptr<T> MakeNode(Args&&... args) {
   node->FinishConstruction();
   return node;
 }
-
-// Hooks the camera subsystem fills in: CreateFollowCamera makes its camera with
-// `create` and points it at the node with `catch_target` (the camera's Catch).
-struct FollowCameraHooks {
-  std::function<Vorn_3DGameNode::Ptr()> create;
-  std::function<void(Vorn_3DGameNode& camera, Vorn_3DGameNode& target)> catch_target;
-};
-inline FollowCameraHooks followCameraHooks;
 
 }  // namespace vorn

@@ -3,7 +3,7 @@
 #include <array>
 #include <string>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "core/errors.h"
 #include "node/game_node.h"
 #include "shader/fx_2d.h"

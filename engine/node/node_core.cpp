@@ -84,20 +84,6 @@ void Vorn_3DGameNode::update(double delay) {
   }
 }
 
-Vorn_3DGameNode::Ptr Vorn_3DGameNode::CreateFollowCamera(double cx, double cy, double cz) {
-  if (!FollowCamera) {
-    if (!followCameraHooks.create || !followCameraHooks.catch_target) {
-      throw RuntimeError("Vorn_3DGameNode.CreateFollowCamera: no camera class is available in this build");
-    }
-    FollowCamera = followCameraHooks.create();
-    if (!FollowCamera) throw RuntimeError("Vorn_3DGameNode.CreateFollowCamera: the camera could not be created");
-  }
-  Ptr camera = FollowCamera;
-  camera->SetXYZ(cx, cy, cz);
-  followCameraHooks.catch_target(*camera, *this);
-  camera->Follow(shared_from_this());
-  return camera;
-}
 
 ScriptValue Vorn_3DGameNode::FindEventOperation(const std::string&) { return {}; }
 

@@ -7,7 +7,7 @@
 #include <string>
 #include <vector>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/gl_state_guard.h"

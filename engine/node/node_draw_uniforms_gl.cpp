@@ -11,7 +11,6 @@
 #include "core/console.h"
 #include "core/gl_state_guard.h"
 #include "node/game_node.h"
-#include "node/node_draw_hooks.h"
 #include "node/program_uniforms.h"
 #include "node/submesh_lookup.h"
 #include "shader/fx_manage.h"
@@ -210,9 +209,8 @@ void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
     }
   }
 
-  if (ShadowMapCamera && shadowMapCameraHooks.read &&
-      (u.uShadoMapTexSize >= 0 || u.uShadowMapViewProjectMatrix >= 0)) {
-    if (const auto info = shadowMapCameraHooks.read(*ShadowMapCamera)) {
+  if (ShadowMapCamera && (u.uShadoMapTexSize >= 0 || u.uShadowMapViewProjectMatrix >= 0)) {
+    if (const auto info = ShadowMapCamera->GetShadowMapInfo()) {
       if (u.uShadoMapTexSize >= 0 && info->texSize) {
         const float size[2] = {static_cast<float>(info->texSize->first), static_cast<float>(info->texSize->second)};
         glUniform2fv(u.uShadoMapTexSize, 1, size);

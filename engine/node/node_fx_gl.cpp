@@ -3,12 +3,12 @@
 
 #include <string>
 
-#include "app/globals.h"
+#include "shader/fx_manage.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/gl_state_guard.h"
 #include "node/game_node.h"
-#include "node/node_draw_hooks.h"
+#include "resource/res_manager.h"
 #include "shader/fx_manage.h"
 
 namespace vorn {
@@ -81,19 +81,20 @@ void Vorn_3DGameNode::RecoverFX(bool IncludeChildren) {
 }
 
 void Vorn_3DGameNode::SetRenderTargetTexture(unsigned texID, bool isPostFXMode) {
-  if (!renderTargetHooks.frameBuffer || !renderTargetHooks.dynamicTexture) {
-    throw RuntimeError(
-        "Vorn_3DGameNode.SetRenderTargetTexture: render-target textures are not available in this build");
+  // The manager of the moment, so a script that makes a new manager is served by it.
+  if (!ResManagerInstance) {
+    throw AttributeError(
+        "Vorn_3DGameNode.SetRenderTargetTexture: ResManagerInstance is None; create the PyGameResManager first");
   }
-  TargetFrameBuffer = renderTargetHooks.frameBuffer(texID);
+  TargetFrameBuffer = ResManagerInstance->GetRenderTargetTextureFrameBuffer(texID);
   TargetFrameBuffer_IsPostFXMode = isPostFXMode;
-  const std::optional<DynamicTextureSize> TexInfo = renderTargetHooks.dynamicTexture(texID);
+  const DynamicTextureRecord* TexInfo = ResManagerInstance->GetDynamicTexture(texID);
   if (!TexInfo) {
     throw TypeError("Vorn_3DGameNode.SetRenderTargetTexture: texture " + std::to_string(texID) +
                     " is not a generated texture");
   }
-  TargetFrameWidth = TexInfo->width;
-  TargetFrameHeight = TexInfo->height;
+  TargetFrameWidth = TexInfo->Width;
+  TargetFrameHeight = TexInfo->Height;
 }
 
 }  // namespace vorn

@@ -20,7 +20,6 @@
 #include "core/math_util.h"
 #include "core/pyseq.h"
 #include "node/game_node.h"
-#include "node/node_draw_hooks.h"
 
 namespace vorn {
 namespace {

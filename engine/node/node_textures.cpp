@@ -9,7 +9,8 @@
 #include <system_error>
 #include <variant>
 
-#include "app/globals.h"
+#include "resource/res_manager.h"
+#include "shader/fx_manage.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/vector3.h"

@@ -8,7 +8,7 @@
 #include <system_error>
 #include <variant>
 
-#include "app/globals.h"
+#include "resource/res_manager.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/gl_state_guard.h"

@@ -105,4 +105,13 @@ struct NodeCallback {
 using UpdateCallback = NodeCallback<void(Vorn_3DGameNode&)>;
 using PickCallback = NodeCallback<void(Vorn_3DGameNode&, const PickDetail&)>;
 
+// The values a shadow-casting camera hands to the programs that sample its depth.
+struct ShadowMapInfo {
+  // Width and height of the depth target; nothing while the camera has none.
+  std::optional<std::pair<double, double>> texSize;
+  // The camera's float lists, row by row; nothing before the camera has drawn.
+  std::optional<std::array<double, 16>> projMatrix;
+  std::optional<std::array<double, 16>> viewMatrix;
+};
+
 }  // namespace vorn

@@ -3,7 +3,8 @@
 
 #include <cmath>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
+#include "shader/fx_manage.h"
 #include "camera/camera.h"
 #include "core/console.h"
 #include "core/errors.h"

@@ -1,5 +1,5 @@
 // Font table and drawing of Vorn_Text: the GL- and GLUT-facing half.
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "core/gl_api.h"
 #include "core/gl_state_guard.h"
 #include "overlay/text.h"

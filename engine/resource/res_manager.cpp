@@ -5,7 +5,7 @@
 #include <filesystem>
 #include <system_error>
 
-#include "app/globals.h"
+#include "resource/res_manager.h"
 
 namespace fs = std::filesystem;
 
@@ -50,7 +50,6 @@ std::shared_ptr<PyGameResManager> PyGameResManager::Create(const std::string& re
 
 void PyGameResManager::Init(const std::string& root) {
   CreateFXManager();
-  RegisterRenderTargetHooks();
   ExtensionList = SplitExtensions(ReadGLExtensionString());
   ETC_Support = CheckCompressTextureFormat_ETC();
   DXT_Support = CheckCompressTextureFormat_DXT();

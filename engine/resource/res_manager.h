@@ -110,10 +110,8 @@ class PyGameResManager : public std::enable_shared_from_this<PyGameResManager> {
   void Scan(const std::string& parentDir, const std::string* dirType, int depth);
 };
 
-// Fills renderTargetHooks of the node draw from ResManagerInstance, so that a node's
-// SetRenderTargetTexture finds the targets made here. The manager's construction
-// calls it; calling it again is harmless.
-void RegisterRenderTargetHooks();
+// The one resource manager; its constructor stores itself here.
+inline std::shared_ptr<PyGameResManager> ResManagerInstance;
 
 // Reads the extension list of the current context (GL-facing).
 std::string ReadGLExtensionString();

@@ -1,5 +1,5 @@
 // GL-facing half of the resource manager.
-#include "app/globals.h"
+#include "shader/fx_manage.h"
 #include "core/gl_api.h"
 #include "resource/res_manager.h"
 #include "shader/fx_manage.h"

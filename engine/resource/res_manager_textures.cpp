@@ -3,10 +3,9 @@
 #include <exception>
 #include <filesystem>
 
-#include "app/globals.h"
+#include "resource/res_manager.h"
 #include "core/console.h"
 #include "core/errors.h"
-#include "node/node_draw_hooks.h"
 #include "resource/bump_image.h"
 #include "resource/image_file_loader.h"
 #include "resource/res_manager.h"
@@ -60,31 +59,6 @@ ImageLoadResult PyGameResManager::MakeBumpImage(const std::string& fileName) {
   } catch (const std::exception&) {
     return ImageLoadResult::Failure();
   }
-}
-
-namespace {
-
-PyGameResManager& require_manager() {
-  if (!ResManagerInstance) {
-    throw AttributeError(
-        "Vorn_3DGameNode.SetRenderTargetTexture: ResManagerInstance is None; create the PyGameResManager first");
-  }
-  return *ResManagerInstance;
-}
-
-}  // namespace
-
-void RegisterRenderTargetHooks() {
-  // The hooks ask the manager of the moment, so a script that makes a new manager is
-  // served by that one.
-  renderTargetHooks.frameBuffer = [](unsigned texID) {
-    return require_manager().GetRenderTargetTextureFrameBuffer(texID);
-  };
-  renderTargetHooks.dynamicTexture = [](unsigned texID) -> std::optional<DynamicTextureSize> {
-    const DynamicTextureRecord* record = require_manager().GetDynamicTexture(texID);
-    if (!record) return std::nullopt;
-    return DynamicTextureSize{record->Width, record->Height, record->Format};
-  };
 }
 
 }  // namespace vorn

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "core/errors.h"
 #include "core/gl_api.h"
 #include "core/gl_state_guard.h"

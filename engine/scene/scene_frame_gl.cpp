@@ -2,7 +2,7 @@
 #include <cstdio>
 #include <string>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "core/gl_api.h"

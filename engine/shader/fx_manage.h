@@ -9,6 +9,7 @@
 // (when a context is current; at process exit the context may be gone first). Nodes
 // that still name one of its programs draw without it afterwards.
 #include <map>
+#include <memory>
 #include <optional>
 #include <string>
 #include <utility>
@@ -74,5 +75,8 @@ class Vorn_FXManage {
  private:
   std::map<unsigned int, std::pair<unsigned int, unsigned int>> shaderObjects_;
 };
+
+// The one shader manager, created by the resource manager.
+inline std::shared_ptr<Vorn_FXManage> FXManagerInstance;
 
 }  // namespace vorn

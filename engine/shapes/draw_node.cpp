@@ -2,7 +2,6 @@
 
 #include <array>
 
-#include "node/node_draw_hooks.h"
 #include "shader/fx_3d.h"
 
 namespace vorn {

@@ -2,7 +2,7 @@
 #include <array>
 #include <cstdint>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "core/gl_api.h"

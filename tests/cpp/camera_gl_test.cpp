@@ -1,7 +1,7 @@
 // The camera's draw, screen ray and screen projection against the GL matrix stacks.
 #include <cmath>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "camera/camera.h"
 #include "core/gl_api.h"
 #include "fake_scene.h"

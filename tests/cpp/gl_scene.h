@@ -7,7 +7,9 @@
 #include <optional>
 #include <string>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
+#include "resource/res_manager.h"
+#include "shader/fx_manage.h"
 #include "console_capture.h"
 #include "fake_scene.h"
 #include "gl_harness.h"

@@ -11,7 +11,6 @@
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "gl_scene.h"
-#include "node/node_draw_hooks.h"
 #include "resource/res_manager.h"
 #include "shader/fx_3d.h"
 
@@ -83,7 +82,6 @@ class RenderTargetsGL : public NodeGLTest {
     NodeGLTest::SetUp();
     if (!HasContext()) return;
     ResManagerInstance = Resources();
-    RegisterRenderTargetHooks();  // another test may have put its own hooks in and cleared them
     DEBUG_MODE = false;
   }
 
@@ -158,11 +156,10 @@ TEST_F(RenderTargetsGL, NodeDrawsIntoAManagerTargetAndOnScreenTooInDebugMode) {
   const unsigned tex = res().CreateRenderTargetTexture(64, 64);
   // 160 world units of the 320-wide view are 32 pixels of the 64-pixel target.
   auto n = Quad(0, 0, 160, 120, Vorn_3DFX::FX_COLOR);
-  // Without hooks (the resource manager fills them when it is made) targets are unknown.
-  const RenderTargetHooks savedHooks = renderTargetHooks;
-  renderTargetHooks = {};
-  EXPECT_THROW(n->SetRenderTargetTexture(tex), RuntimeError);
-  renderTargetHooks = savedHooks;
+  // Without a resource manager targets are unknown.
+  const auto savedManager = std::exchange(ResManagerInstance, nullptr);
+  EXPECT_THROW(n->SetRenderTargetTexture(tex), AttributeError);
+  ResManagerInstance = savedManager;
   n->SetRenderTargetTexture(tex, false);
   EXPECT_EQ(n->TargetFrameBuffer, res().GetRenderTargetTextureFrameBuffer(tex));
   EXPECT_EQ(std::make_pair(n->TargetFrameWidth, n->TargetFrameHeight), std::make_pair(64, 64));
@@ -272,13 +269,12 @@ TEST_F(RenderTargetsGL, DepthTargetForcesTheDepthFXAndRestoresEachObject) {
   EXPECT_EQ(img.rgb(5, 5), (RGB{0, 0, 0}));
 
   // What a node's shadow uniforms receive of this camera; nothing of a plain node.
-  ASSERT_TRUE(shadowMapCameraHooks.read);
-  const auto info = shadowMapCameraHooks.read(*cam);
+  const auto info = cam->GetShadowMapInfo();
   ASSERT_TRUE(info && info->texSize);
   EXPECT_EQ(*info->texSize, std::make_pair(double(kWindowWidth), double(kWindowHeight)));
   EXPECT_EQ(info->viewMatrix, cam->GetViewMatrix());
   EXPECT_EQ(info->projMatrix, cam->GetProjMatrix());
-  EXPECT_FALSE(shadowMapCameraHooks.read(*first));
+  EXPECT_FALSE(first->GetShadowMapInfo());
 }
 
 TEST_F(RenderTargetsGL, TargetTypesChooseTheListRendered) {

@@ -1,7 +1,7 @@
 // Bitmap text lands where its layout says: top of the line at y, shadow to the lower right.
 #include <vector>
 
-#include "app/globals.h"
+#include "core/screen_settings.h"
 #include "gl_harness.h"
 #include "overlay/text.h"
 

@@ -8,7 +8,7 @@
 #include <memory>
 #include <string>
 
-#include "app/globals.h"
+#include "resource/res_manager.h"
 #include "image_test_files.h"
 #include "resource/image.h"
 #include "resource/res_manager.h"

@@ -50,12 +50,13 @@ std::shared_ptr<Node> optional_node(py::handle value, const char* where) {
 // A float list of 16 numbers, or None.
 std::optional<FloatList16> matrix_arg(py::handle value, const char* where) {
   if (value.is_none()) return std::nullopt;
-  if (!py::isinstance<py::sequence>(value) || py::isinstance<py::str>(value) || py::len(value) != 16) {
-    throw py::type_error(std::string(where) + ": expected a list of 16 numbers or None");
-  }
+  // Counted from the items themselves: a sequence's len() may not match what it yields.
+  const auto bad = [where] { return py::type_error(std::string(where) + ": expected a list of 16 numbers or None"); };
+  if (!py::isinstance<py::sequence>(value) || py::isinstance<py::str>(value)) throw bad();
+  const py::list items(py::reinterpret_borrow<py::object>(value));
+  if (items.size() != 16) throw bad();
   FloatList16 out{};
-  std::size_t i = 0;
-  for (py::handle item : value) out[i++] = number_arg(item, where, "each entry");
+  for (std::size_t i = 0; i < 16; ++i) out[i] = number_arg(items[i], where, "each entry");
   return out;
 }
 

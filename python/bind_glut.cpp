@@ -142,7 +142,12 @@ void bind_glut(py::module_& m) {
       "glutCreateWindow",
       [](const std::string& title) {
         RequireGlutInit("glutCreateWindow");
-        return CreateEngineWindow(title);
+        const int window = CreateEngineWindow(title);
+        // GLUT ends the process when it has to show a window without a display callback;
+        // every new window starts with the script's one (which may still be unset: then
+        // showing it does nothing until glutDisplayFunc gives it one).
+        glutDisplayFunc(&display_cb);
+        return window;
       },
       py::arg("title"),
       "Opens a window with its OpenGL context and makes it current; returns its id. Where\n"

@@ -32,14 +32,18 @@ template <std::size_t N>
 std::vector<VertexEntry<N>> entries_from_py(py::handle value, const std::string& where) {
   if (!is_sequence(value)) throw py::type_error(where + ": expected a sequence of vertex entries");
   std::vector<VertexEntry<N>> out;
-  out.reserve(py::len(value));
-  for (py::handle item : value) {
-    if (!is_sequence(item) || py::len(item) > N) {
+  const py::list entries(py::reinterpret_borrow<py::object>(value));
+  out.reserve(entries.size());
+  for (py::handle item : entries) {
+    // Counted from the items themselves: a sequence's len() may not match what it yields.
+    const py::list components =
+        is_sequence(item) ? py::list(py::reinterpret_borrow<py::object>(item)) : py::list();
+    if (!is_sequence(item) || components.size() > N) {
       throw py::type_error(where + ": each vertex entry is a sequence of at most " + std::to_string(N) + " numbers");
     }
     VertexEntry<N> e;
     e.size = 0;
-    for (py::handle c : item) e.v[e.size++] = number_arg(c, where.c_str(), "vertex component");
+    for (py::handle c : components) e.v[e.size++] = number_arg(c, where.c_str(), "vertex component");
     out.push_back(e);
   }
   return out;

@@ -36,35 +36,7 @@ _GLUT = "glut call before glutInit, or an event pass on a window without a displ
 _CYCLE = "node made its own ancestor recurses until the stack overflows (node cycles, node lifetime rewrite)"
 _LIFETIME = "node of a dropped or cleared scene (node lifetime rewrite)"
 _LYING_LEN = "a sequence whose len() is below its item count overflows a 16-entry matrix (camera matrix fields)"
-KNOWN_CRASHES = {
-    "Vorn_3DCamera.projMatrix": _LYING_LEN,
-    "Vorn_3DCamera.viewMatrix": _LYING_LEN,
-    "Vorn_3Dcene.DrawScene": _CYCLE + "; or a scene field set to None (scene fields)",
-    "<globals>": _NO_CONTEXT,
-    "Vorn_3DCamera.CreateDepthTarget": _NO_CONTEXT,
-    "Vorn_3DCamera.CreateRenderTarget": _NO_CONTEXT,
-    "Vorn_3DGameNode.draw_allsubmesh": _NO_CONTEXT,
-    "Vorn_3Dcene.CreateShadowMapCamera": _NO_CONTEXT,
-    "Vorn_Text.draw": _NO_CONTEXT,
-    "Vorn_3DGameNode.draw": _NO_CONTEXT + "; with a context: " + _CYCLE,
-    "SaveScreenshot": _GLUT,
-    "glutDisplayFunc": _GLUT + "; glutDisplayFunc(None) is a freeglut fatal error",
-    "glutGet": _GLUT,
-    "glutHideWindow": _GLUT,
-    "glutIdleFunc": _GLUT,
-    "glutMainLoopEvent": _GLUT,
-    "glutPostRedisplay": _GLUT,
-    "glutReshapeFunc": _GLUT,
-    "glutReshapeWindow": _GLUT,
-    "glutShowWindow": _GLUT,
-    "glutSpecialFunc": _GLUT,
-    "Vorn_3DGameNode.GetAllChildrens": _CYCLE,
-    "Vorn_3DGameNode.RecoverFX": _CYCLE,
-    "Vorn_3DGameNode.RemoveAllChild": _CYCLE,
-    "Vorn_3DGameNode.update": _CYCLE,
-    "Vorn_3DGameNode.OnDestroy": _LIFETIME,
-    "Vorn_3DGameNode.OnLoad": _LIFETIME,
-}
+KNOWN_CRASHES = {}
 
 
 def _last_call(path):

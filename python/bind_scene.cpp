@@ -1,6 +1,4 @@
 // The scene, its live registries, the GLUT driver callbacks and the demonstration.
-#include <pybind11/stl_bind.h>
-
 #include <memory>
 
 #include "app/demo.h"
@@ -14,14 +12,36 @@
 #include "overlay/axis.h"
 #include "scene/scene.h"
 #include "shapes/draw_node.h"
-
-PYBIND11_MAKE_OPAQUE(vorn::TextList)
+#include "shared_vector_list.h"
 
 namespace vorn::py_bind {
 namespace {
 
 using Scene = Vorn_3Dcene;
 using SceneClass = py::class_<Scene, NodeScene, std::shared_ptr<Scene>>;
+
+// TextArray through the list view: the adapter lives beside the scene reference that
+// keeps it valid.
+struct TextConv {
+  static constexpr const char* items = "Vorn_Text objects";
+  static py::object to_py(const std::shared_ptr<Vorn_Text>& text) { return py::cast(text); }
+  static std::shared_ptr<Vorn_Text> from_py(py::handle value, const std::string& where) {
+    if (!value.is_none() && py::isinstance<Vorn_Text>(value)) return value.cast<std::shared_ptr<Vorn_Text>>();
+    throw py::type_error(where + ": expected a Vorn_Text, not " +
+                         std::string(py::str(py::type::handle_of(value).attr("__name__"))));
+  }
+};
+using TextListAdapter = SharedVectorList<Vorn_Text>;
+using TextListView = ListView<TextListAdapter, TextConv>;
+struct SceneTexts {
+  explicit SceneTexts(std::shared_ptr<Scene> s) : scene(std::move(s)), list(scene->TextArray) {}
+  std::shared_ptr<Scene> scene;
+  TextListAdapter list;
+};
+TextListView text_list_view(const std::shared_ptr<Scene>& s) {
+  auto texts = std::make_shared<SceneTexts>(s);
+  return TextListView{texts, &texts->list};
+}
 
 // A registry of the scene as a live list that keeps the scene alive.
 template <NodeList Scene::*Field>
@@ -100,7 +120,9 @@ py::dict camera_map(const OrderedMap<int, NodeScene::NodePtr>& map) {
 }
 
 void bind_scene_class(py::module_& m) {
-  py::bind_vector<TextList>(m, "TextList", "A live list of Vorn_Text overlays held by the scene.");
+  bind_list_view<TextListAdapter, TextConv>(m, "TextList",
+                                            "A live list of Vorn_Text overlays held by the scene; it behaves as a\n"
+                                            "Python list and holds only Vorn_Text objects (TypeError).");
 
   SceneClass cls(
       m, "Vorn_3Dcene",
@@ -255,8 +277,11 @@ void bind_scene_class(py::module_& m) {
   registry<&Scene::LightList>(cls, "LightList", "Point lights.");
   registry<&Scene::CameraList>(cls, "CameraList", "Additional cameras.");
   cls.def_property(
-      "TextArray", [](Scene& s) -> TextList& { return s.TextArray; },
-      [](Scene& s, const TextList& texts) { s.TextArray = texts; }, py::return_value_policy::reference_internal,
+      "TextArray", &text_list_view,
+      [](const std::shared_ptr<Scene>& s, py::handle value) {
+        TextListAdapter texts(s->TextArray);
+        assign_list<TextListAdapter, TextConv>(texts, value, "Vorn_3Dcene.TextArray");
+      },
       "Vorn_Text overlays, live.");
 
   node_field<&Scene::ActiveCamera>(cls, "ActiveCamera", "Camera of the main view.");

@@ -78,6 +78,13 @@ void field(NodeClass& cls, const char* name, T Node::*member, const char* doc) {
   cls.def_readwrite(name, member, doc);
 }
 
+// A field of a class type read as a copy (def_readwrite would hand out a live reference).
+template <class T>
+void copied_field(NodeClass& cls, const char* name, T Node::*member, const char* doc) {
+  cls.def_property(
+      name, [member](const Node& n) { return n.*member; }, [member](Node& n, const T& v) { n.*member = v; }, doc);
+}
+
 // A non-owning node reference.
 void weak_node_field(NodeClass& cls, const char* name, std::weak_ptr<Node> Node::*member, const char* doc) {
   cls.def_property(
@@ -193,8 +200,8 @@ void bind_node_fields(NodeClass& cls) {
   field(cls, "rx_speed", &Node::rx_speed, "Loop rotation about X, degrees per unit of delay.");
   field(cls, "ry_speed", &Node::ry_speed, "Loop rotation about Y, degrees per unit of delay.");
   field(cls, "rz_speed", &Node::rz_speed, "Loop rotation about Z, degrees per unit of delay.");
-  field(cls, "WorldMatrix", &Node::WorldMatrix, "World matrix, recomputed by update (a copy when read).");
-  field(cls, "AxisMatrix", &Node::AxisMatrix, "WorldMatrix without the node's own scale (a copy when read).");
+  copied_field(cls, "WorldMatrix", &Node::WorldMatrix, "World matrix, recomputed by update (a copy when read).");
+  copied_field(cls, "AxisMatrix", &Node::AxisMatrix, "WorldMatrix without the node's own scale (a copy when read).");
   weak_node_field(cls, "followTarget", &Node::followTarget, "Node whose position is followed, or None.");
   field(cls, "instanceID", &Node::instanceID, "Slot given by the owner; -1 when none.");
   field(cls, "visible", &Node::visible, "Gate of draw.");

@@ -1,6 +1,4 @@
 // The scene, its live registries, the GLUT driver callbacks and the demonstration.
-#include <pybind11/stl_bind.h>
-
 #include <memory>
 
 #include "app/demo.h"
@@ -35,6 +33,19 @@ void text_field(SceneClass& cls, const char* name, const char* doc) {
       },
       doc);
 }
+
+// TextArray through the list view: texts are owned by the scene's TextList, which
+// has the list interface of the node lists.
+struct TextConv {
+  static constexpr const char* items = "Vorn_Text objects";
+  static py::object to_py(const std::shared_ptr<Vorn_Text>& text) { return py::cast(text); }
+  static std::shared_ptr<Vorn_Text> from_py(py::handle value, const std::string& where) {
+    if (!value.is_none() && py::isinstance<Vorn_Text>(value)) return value.cast<std::shared_ptr<Vorn_Text>>();
+    throw py::type_error(where + ": expected a Vorn_Text, not " +
+                         std::string(py::str(py::type::handle_of(value).attr("__name__"))));
+  }
+};
+using TextListView = ListView<TextList, TextConv>;
 
 // A registry of the scene as a live list that keeps the scene alive.
 template <NodeList Scene::*Field>
@@ -113,6 +124,10 @@ py::dict camera_map(const OrderedMap<int, NodeRef>& map) {
 }
 
 void bind_scene_class(py::module_& m) {
+  bind_list_view<TextList, TextConv>(m, "TextList",
+                                     "A live list of Vorn_Text overlays held by the scene; it behaves as a\n"
+                                     "Python list and holds only Vorn_Text objects (TypeError).");
+
   SceneClass cls(
       m, "Vorn_3Dcene",
       "The one scene: registries of everything in the world, the active camera, the\n"
@@ -268,18 +283,11 @@ void bind_scene_class(py::module_& m) {
   registry<&Scene::LightList>(cls, "LightList", "Point lights.");
   registry<&Scene::CameraList>(cls, "CameraList", "Additional cameras.");
   cls.def_property(
-      "TextArray",
-      [](const Scene& s) {
-        py::list out;
-        for (std::size_t i = 0; i < s.TextArray.size(); ++i) out.append(py::cast(s.TextArray[i]));
-        return out;
+      "TextArray", [](const std::shared_ptr<Scene>& s) { return TextListView{s, &s->TextArray}; },
+      [](const std::shared_ptr<Scene>& s, py::handle value) {
+        assign_list<TextList, TextConv>(s->TextArray, value, "Vorn_3Dcene.TextArray");
       },
-      [](Scene& s, py::handle texts) {
-        TextList fresh;
-        for (py::handle t : texts) fresh.push_back(t.cast<std::shared_ptr<Vorn_Text>>());
-        s.TextArray = std::move(fresh);
-      },
-      "Vorn_Text overlays.");
+      "Vorn_Text overlays, live.");
 
   node_field<&Scene::ActiveCamera>(cls, "ActiveCamera", "Camera of the main view.");
   node_field<&Scene::sceneSkyBox>(cls, "sceneSkyBox", "Sky box node or None.");

@@ -22,14 +22,19 @@ template <class T>
 class OwnedList {
  public:
   using Ptr = std::shared_ptr<T>;
+  // A check every object must pass to enter the list (a node's children refuse the
+  // node itself and its ancestors); it throws to refuse, before anything changes.
+  using Guard = void (*)(const void* owner, const T* item);
 
   OwnedList() = default;
   OwnedList(const OwnedList&) = delete;
   OwnedList& operator=(const OwnedList&) = delete;
+  // The guard stays with the list it was set on.
   OwnedList(OwnedList&& other) noexcept : items_(std::move(other.items_)) {}
   // Replaces the content; the old objects are released after the new ones are owned.
-  OwnedList& operator=(OwnedList&& other) noexcept {
+  OwnedList& operator=(OwnedList&& other) {
     if (this == &other) return *this;
+    for (const auto& item : other.items_) guard(item);
     std::vector<Ptr> old = std::exchange(items_, std::move(other.items_));
     release_all(old);
     return *this;
@@ -52,8 +57,14 @@ class OwnedList {
   // may change the list.
   Ptr get_or_null(std::size_t i) const noexcept { return i < items_.size() ? items_[i] : nullptr; }
 
+  void set_guard(const void* owner, Guard g) noexcept {
+    guardOwner_ = owner;
+    guard_ = g;
+  }
+
   void push_back(Ptr item) {
     check(item);
+    guard(item);
     item->retain_owner();
     items_.push_back(std::move(item));
   }
@@ -63,6 +74,7 @@ class OwnedList {
     if (i < 0) i = std::max<std::int64_t>(0, i + n);
     i = std::min(i, n);
     check(item);
+    guard(item);
     item->retain_owner();
     items_.insert(items_.begin() + i, std::move(item));
   }
@@ -70,6 +82,7 @@ class OwnedList {
   void set(std::int64_t i, Ptr item) {
     const std::size_t pos = py_index(i, items_.size(), "list assignment");
     check(item);
+    guard(item);
     item->retain_owner();
     std::vector<Ptr> old{std::exchange(items_[pos], std::move(item))};
     release_all(old);
@@ -114,6 +127,9 @@ class OwnedList {
   static void check(const Ptr& item) {
     if (!item) throw TypeError("an engine list holds objects, not None");
   }
+  void guard(const Ptr& item) const {
+    if (guard_ && item) guard_(guardOwner_, item.get());
+  }
   // Releases ownership of objects already taken out of the list.
   static void release_all(std::vector<Ptr>& removed) noexcept {
     for (auto& item : removed)
@@ -122,6 +138,8 @@ class OwnedList {
   }
 
   std::vector<Ptr> items_;
+  const void* guardOwner_ = nullptr;
+  Guard guard_ = nullptr;
 };
 
 }  // namespace vorn

@@ -31,6 +31,11 @@ Vorn_3DGameNode::Vorn_3DGameNode(double x_, double y_, double z_, const Ptr& par
   for (const char* name : {"PickDown", "PickUp"}) {
     InnerBindingEventArray.set(name, builtin_event(std::vector<std::string>{"px", "py"}));
   }
+  // Every way into the children (AddChild, SetParent, the script's list operations)
+  // refuses a node that would close a cycle.
+  children.set_guard(this, [](const void* owner, const Vorn_3DGameNode* child) {
+    static_cast<const Vorn_3DGameNode*>(owner)->CheckNewChild(child, "Vorn_3DGameNode.children");
+  });
   boxMin = Vector3(0, 0, 0, Vector3::kAllInt);
   boxMax = Vector3(0, 0, 0, Vector3::kAllInt);
 }

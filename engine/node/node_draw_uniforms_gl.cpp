@@ -121,6 +121,12 @@ void set_point_lights(const ProgramUniforms& u, const NodeScene& scene) {
 }  // namespace
 
 const ProgramUniforms& GetProgramUniforms(GLuint program) {
+  // A manager deleted programs since the last lookup: their names may come back.
+  static std::uint64_t seenDeletions = 0;
+  if (seenDeletions != ProgramsDeletedCount) {
+    seenDeletions = ProgramsDeletedCount;
+    ForgetAllProgramUniforms();
+  }
   if (program < kDirectNames) {
     if (program >= directCache.size()) directCache.resize(program + 1);
     std::unique_ptr<ProgramUniforms>& slot = directCache[program];
@@ -148,10 +154,11 @@ void ForgetProgramUniforms(GLuint program) {
   if (auto it = farCache.find(program); it != farCache.end()) it->second = ProgramUniforms{};
 }
 
-namespace {
-// The programs a dropped shader manager deletes leave this cache too.
-[[maybe_unused]] const bool forgetsDeletedPrograms = (onProgramDeleted = &ForgetProgramUniforms, true);
-}  // namespace
+void ForgetAllProgramUniforms() {
+  for (auto& slot : directCache)
+    if (slot) *slot = ProgramUniforms{};
+  for (auto& [program, entry] : farCache) entry = ProgramUniforms{};
+}
 
 GLint SamplerLocation(const ProgramUniforms& u, int channel) {
   if (channel >= 0 && channel < 8) return u.texture[channel];

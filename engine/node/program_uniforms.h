@@ -2,7 +2,8 @@
 // Uniform locations of a program, looked up by name once per program and kept for the
 // life of the process. A draw then tests a cached location where it would otherwise
 // ask the driver: the GL state that results is the same as long as a program is not
-// relinked. Whoever relinks or deletes a program calls ForgetProgramUniforms.
+// relinked. Deletions by a manager are noticed through ProgramsDeletedCount; whoever
+// relinks a program calls ForgetProgramUniforms.
 #include <epoxy/gl.h>
 
 namespace vorn {
@@ -45,6 +46,8 @@ struct ProgramUniforms {
 const ProgramUniforms& GetProgramUniforms(GLuint program);
 // Drops the cached locations of one program (after a relink or deletion).
 void ForgetProgramUniforms(GLuint program);
+// Drops the cached locations of every program (after a manager deleted its programs).
+void ForgetAllProgramUniforms();
 
 // Location of the sampler "texture<channel>" of a program; channels 0 to 7 come from
 // the cache, others are asked of the driver.

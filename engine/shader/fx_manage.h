@@ -8,6 +8,7 @@
 // The manager owns the programs and shader objects it made: dropping it deletes them
 // (when a context is current; at process exit the context may be gone first). Nodes
 // that still name one of its programs draw without it afterwards.
+#include <cstdint>
 #include <map>
 #include <memory>
 #include <optional>
@@ -32,9 +33,10 @@ struct FXProgramStatus {
   bool Usable() const { return VSCompiled && PSCompiled && Linked; }
 };
 
-// Called with every program a manager deletes, so that caches keyed by program name
-// (the node draw's uniform locations) forget it before the name is handed out again.
-inline void (*onProgramDeleted)(unsigned int program) = nullptr;
+// How many programs managers have deleted so far. Caches keyed by program name (the
+// node draw's uniform locations) compare it with the count they last saw and forget
+// their entries when it moved, since a deleted name may be handed out again.
+inline std::uint64_t ProgramsDeletedCount = 0;
 
 class Vorn_FXManage {
  public:

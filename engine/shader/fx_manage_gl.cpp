@@ -74,7 +74,7 @@ Vorn_FXManage::~Vorn_FXManage() {
       glDeleteShader(objects.second);
       glDeleteProgram(program);
     }
-    if (onProgramDeleted) onProgramDeleted(program);
+    ++ProgramsDeletedCount;
   }
 }
 

@@ -25,8 +25,10 @@ namespace vorn::py_bind {
 
 namespace py = pybind11;
 
-template <class L, class Conv>
+template <class L, class ConvT>
 struct ListView {
+  using List = L;
+  using Conv = ConvT;
   std::shared_ptr<void> owner;
   L* list;
 };
@@ -254,6 +256,34 @@ struct ListIterator {
   bool done = false;
 };
 
+// The next item, or NULL with no error set at the end (StopIteration). Once at the end
+// the iterator stays there, as a list iterator does.
+template <class V>
+PyObject* iterator_next(PyObject* self) noexcept {
+  try {
+    using Ops = ListOps<typename V::List, typename V::Conv>;
+    // Only the final iterator type has this slot, so self holds a ListIterator<V>, built
+    // unless a script made one with __new__.
+    auto holder = reinterpret_cast<py::detail::instance*>(self)->get_value_and_holder();
+    if (!holder.holder_constructed()) throw py::type_error("a list iterator comes from iter(list)");
+    auto& it = *holder.value_ptr<ListIterator<V>>();
+    if (!it.done && it.next >= 0 && it.next < Ops::size(it.view)) {
+      const Py_ssize_t i = it.next;
+      it.next += it.reversed ? -1 : 1;
+      return Ops::item(it.view, i).release().ptr();
+    }
+    it.done = true;
+    return nullptr;
+  } catch (py::error_already_set& e) {
+    e.restore();
+  } catch (const py::builtin_exception& e) {
+    e.set_error();
+  } catch (const std::exception& e) {
+    PyErr_SetString(PyExc_RuntimeError, e.what());
+  }
+  return nullptr;
+}
+
 // Replaces a list with the items of a script sequence (assignment of a whole field).
 template <class L, class Conv>
 void assign_list(L& list, py::handle value, const std::string& where) {
@@ -273,20 +303,12 @@ void bind_list_view(py::module_& m, const char* name, const char* doc) {
   const std::string cls_name = name;
   auto where = [cls_name](const char* op) { return cls_name + "." + op; };
 
+  // The step is the type's tp_iternext slot rather than a bound __next__, so a for loop
+  // over a live list costs about what one over a plain list does.
   py::class_<It>(m, (cls_name + "Iterator").c_str(),
-                 "Iterator over a live list; follows changes as a list iterator does.")
+                 "Iterator over a live list; follows changes as a list iterator does.", py::is_final(),
+                 py::custom_type_setup([](PyHeapTypeObject* type) { type->ht_type.tp_iternext = &iterator_next<V>; }))
       .def("__iter__", [](py::object self) { return self; })
-      .def("__next__",
-           [](It& it) {
-             const Py_ssize_t n = Ops::size(it.view);
-             if (!it.done && it.next >= 0 && it.next < n) {
-               const Py_ssize_t i = it.next;
-               it.next += it.reversed ? -1 : 1;
-               return Ops::item(it.view, i);
-             }
-             it.done = true;
-             throw py::stop_iteration();
-           })
       .def("__length_hint__", [](const It& it) {
         const Py_ssize_t n = Ops::size(it.view);
         if (it.done || it.next < 0 || it.next >= n) return Py_ssize_t{0};

@@ -28,15 +28,6 @@ STALL = 20.0  # seconds without a new call before the child counts as hung
 #   dropped   those nodes after their scene was dropped
 STATES = ["nowin", "gl", "factories", "detached", "dropped"]
 
-# Crashes whose fixes are under way elsewhere: operation -> family. A state whose only
-# crashes are listed here is an expected failure; once they are fixed the test passes
-# and the entries go.
-_NO_CONTEXT = "GL call without a context aborts in libepoxy (GL context checks)"
-_GLUT = "glut call before glutInit, or an event pass on a window without a display callback, exits (glut call checks)"
-_CYCLE = "node made its own ancestor recurses until the stack overflows (node cycles, node lifetime rewrite)"
-_LIFETIME = "node of a dropped or cleared scene (node lifetime rewrite)"
-_LYING_LEN = "a sequence whose len() is below its item count overflows a 16-entry matrix (camera matrix fields)"
-KNOWN_CRASHES = {}
 
 
 def _last_call(path):
@@ -105,12 +96,6 @@ def test_no_call_kills_the_interpreter(state, tmp_path):
             pytest.fail("no DISPLAY although VORN_REQUIRE_GL is set")
         pytest.skip("no display for an OpenGL context")
     crashes, wrong = fuzz_state(state, tmp_path)
-    report = "\n".join(f"  {op}: {outcome} at {call}" for op, (outcome, call) in sorted(crashes.items()))
-    print(f"state {state}: {len(crashes)} crashing operations\n{report}")
-    new = {op: c for op, c in crashes.items() if op not in KNOWN_CRASHES}
-    assert not new, f"operations that kill the interpreter in state {state}:\n" + "\n".join(
-        f"  {op}: {outcome} at {call}" for op, (outcome, call) in sorted(new.items()))
+    assert not crashes, f"operations that kill the interpreter in state {state}:\n" + "\n".join(
+        f"  {op}: {outcome} at {call}" for op, (outcome, call) in sorted(crashes.items()))
     assert not wrong, "\n".join(wrong)
-    if crashes:
-        pytest.xfail("known crashes being fixed: " + "; ".join(
-            f"{op} ({KNOWN_CRASHES[op]})" for op in sorted(crashes)))

@@ -6,8 +6,6 @@ import gc
 import resource
 import weakref
 
-import pytest
-
 import Vorn3DGameEngine as V
 from conftest import W, H
 
@@ -164,29 +162,3 @@ def test_collector_runs_inside_subclass_construction():
     finally:
         gc.set_threshold(*threshold)
     assert [c.after["i"] for c in root.children[:3]] == [0, 1, 2]
-
-
-@pytest.mark.parametrize("make_cycle", [
-    lambda a, b: a.AddChild(a),
-    lambda a, b: (a.AddChild(b), b.AddChild(a)),
-    lambda a, b: (a.AddChild(b), a.SetParent(b)),
-    lambda a, b: (a.children.append(b), b.children.append(a)),
-])
-def test_trees_refuse_cycles(make_cycle):
-    a, b = V.Vorn_3DGameNode(), V.Vorn_3DGameNode()
-    with pytest.raises(ValueError, match="cycle|own child"):
-        make_cycle(a, b)
-    a.update(0.1)
-    assert a.GetAllChildrens() in ([], [b])
-
-
-def test_a_chain_too_deep_to_walk_raises_recursion_error():
-    root = node = V.Vorn_3DGameNode()
-    for _ in range(6000):
-        child = V.Vorn_3DGameNode()
-        node.AddChild(child)
-        node = child
-    with pytest.raises(RecursionError):
-        root.update(0.1)
-    with pytest.raises(RecursionError):
-        root.GetAllChildrens()

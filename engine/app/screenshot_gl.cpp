@@ -2,8 +2,11 @@
 
 #include <spng.h>
 
+#include <algorithm>
+#include <cstdint>
 #include <cstdio>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "core/console.h"
@@ -26,11 +29,19 @@ void require_window(const char* operation) {
 std::string ReadWindowPixels(int x, int y, int width, int height) {
   require_window("ReadScreenPixels");
   if (width < 0 || height < 0) throw ValueError("ReadScreenPixels: width and height must not be negative");
+  // Pixels outside the window have no defined value; a rectangle reaching past it is
+  // refused before anything is allocated (sums in 64 bits: the values may be huge).
+  const int windowWidth = glutGet(GLUT_WINDOW_WIDTH);
+  const int windowHeight = glutGet(GLUT_WINDOW_HEIGHT);
+  if (x < 0 || y < 0 || std::int64_t{x} + width > windowWidth || std::int64_t{y} + height > windowHeight) {
+    throw ValueError("ReadScreenPixels: the rectangle (" + std::to_string(x) + ", " + std::to_string(y) + ", " +
+                     std::to_string(width) + ", " + std::to_string(height) + ") is not inside the " +
+                     std::to_string(windowWidth) + "x" + std::to_string(windowHeight) + " window");
+  }
   glFinish();
   std::string rgb(static_cast<std::size_t>(width) * static_cast<std::size_t>(height) * 3, '\0');
   glPixelStorei(GL_PACK_ALIGNMENT, 1);
   glReadBuffer(GL_FRONT);
-  const int windowHeight = glutGet(GLUT_WINDOW_HEIGHT);
   glReadPixels(x, windowHeight - y - height, width, height, GL_RGB, GL_UNSIGNED_BYTE, rgb.data());
   // GL rows run bottom-up; callers get them top-down.
   std::string flipped(rgb.size(), '\0');
@@ -43,6 +54,10 @@ std::string ReadWindowPixels(int x, int y, int width, int height) {
 
 bool SaveWindowPNG(const std::string& path, int width, int height) {
   require_window("SaveScreenshot");
+  if (width <= 0 || height <= 0) return false;
+  // A size larger than the window (SCREEN_WIDTH set by hand) saves what the window has.
+  width = std::min(width, glutGet(GLUT_WINDOW_WIDTH));
+  height = std::min(height, glutGet(GLUT_WINDOW_HEIGHT));
   if (width <= 0 || height <= 0) return false;
   const std::string flipped = ReadWindowPixels(0, 0, width, height);
 

@@ -12,7 +12,7 @@ import pytest
 
 import Vorn3DGameEngine as V
 
-from conftest import W, H, lit_quad, near, pixel
+from conftest import W, H, lit_quad, near, needs_plain_memory, pixel
 
 NO_CONTEXT = "no OpenGL context is current (create the window first)"
 NO_INIT = "call glutInit() first"
@@ -169,6 +169,7 @@ def test_draws_that_change_the_lists_being_walked(scene):
     assert drawn == ["child0"]
 
 
+@needs_plain_memory
 def test_dropped_managers_return_their_memory():
     code = """
 import gc

@@ -7,7 +7,7 @@ import resource
 import weakref
 
 import Vorn3DGameEngine as V
-from conftest import W, H
+from conftest import W, H, needs_plain_memory
 
 
 class Tracked(V.Vorn_3DCamera):
@@ -134,6 +134,7 @@ def test_a_scene_that_its_nodes_refer_to_is_collected_with_its_buffers(scene):
     assert not any(gl_is_buffer(n) for n in names)
 
 
+@needs_plain_memory
 def test_building_and_dropping_levels_leaves_memory_flat(scene):
     def rounds(n):
         for _ in range(n):

@@ -36,6 +36,9 @@ def test_clear_colour_and_overlays(scene):
     assert count_colour(top_left, (0, 0, 0)) > 20
     rest = V.ReadScreenPixels(0, 60, W, H - 60)
     assert count_colour(rest, (255, 255, 255)) == 0
+    for outside in [(0, -2, 2**31 - 1, 2), (W - 1, 0, 2, 1), (0, H, 1, 1)]:
+        with pytest.raises(ValueError, match="not inside"):
+            V.ReadScreenPixels(*outside)
 
 
 class Recorder(V.Vorn_3DGameNode):

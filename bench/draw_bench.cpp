@@ -13,14 +13,14 @@
 #include <string>
 #include <vector>
 
-#include "core/screen_settings.h"
-#include "shader/fx_manage.h"
-#include "raw_gl_nodes.h"
 #include "core/console.h"
 #include "core/gl_api.h"
+#include "core/screen_settings.h"
 #include "node/game_node.h"
 #include "node/node_scene.h"
+#include "raw_gl_nodes.h"
 #include "shader/fx_3d.h"
+#include "shader/fx_manage.h"
 #include "shader/fx_manage.h"
 
 namespace {

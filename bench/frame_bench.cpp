@@ -12,13 +12,13 @@
 #include <string>
 #include <vector>
 
-#include "core/screen_settings.h"
 #include "app/globals.h"
-#include "raw_gl_nodes.h"
 #include "camera/camera.h"
 #include "core/console.h"
 #include "core/gl_api.h"
+#include "core/screen_settings.h"
 #include "node/game_node.h"
+#include "raw_gl_nodes.h"
 #include "resource/res_manager.h"
 #include "scene/scene.h"
 #include "shader/fx_3d.h"

@@ -2,9 +2,9 @@
 #include <cmath>
 #include <limits>
 
-#include "shader/fx_manage.h"
 #include "bind_common.h"
 #include "shader/fx_3d.h"
+#include "shader/fx_manage.h"
 #include "shader/fx_manage.h"
 #include "shader/tex_id.h"
 

@@ -2,11 +2,11 @@
 // name into a property of the module that calls the getter and setter below.
 #include <map>
 
+#include "app/globals.h"
+#include "bind_common.h"
 #include "core/screen_settings.h"
 #include "resource/res_manager.h"
 #include "shader/fx_manage.h"
-#include "app/globals.h"
-#include "bind_common.h"
 
 namespace vorn::py_bind {
 namespace {

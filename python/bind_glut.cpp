@@ -9,8 +9,8 @@
 
 #include <chrono>
 #include <memory>
-#include <thread>
 #include <optional>
+#include <thread>
 #include <vector>
 
 #include "app/window_gl.h"

@@ -1,12 +1,12 @@
 // The resource manager.
 #include <memory>
 
-#include "core/screen_settings.h"
-#include "resource/res_manager.h"
-#include "shader/fx_manage.h"
 #include "bind_common.h"
+#include "core/screen_settings.h"
 #include "resource/image_load_result.h"
 #include "resource/res_manager.h"
+#include "resource/res_manager.h"
+#include "shader/fx_manage.h"
 
 namespace vorn::py_bind {
 namespace {

@@ -3,11 +3,11 @@
 
 #include "app/demo.h"
 #include "app/driver.h"
-#include "core/screen_settings.h"
 #include "app/globals.h"
 #include "app/screenshot_gl.h"
 #include "bind_common.h"
 #include "camera/camera.h"
+#include "core/screen_settings.h"
 #include "node_trampoline.h"
 #include "node_views.h"
 #include "overlay/axis.h"

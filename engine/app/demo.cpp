@@ -4,12 +4,12 @@
 #include <optional>
 
 #include "app/driver.h"
-#include "core/screen_settings.h"
 #include "app/globals.h"
 #include "app/screenshot_gl.h"
 #include "app/window_gl.h"
 #include "core/console.h"
 #include "core/gl_api.h"
+#include "core/screen_settings.h"
 #include "resource/res_manager.h"
 #include "scene/scene.h"
 #include "shader/fx_3d.h"

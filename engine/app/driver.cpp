@@ -3,13 +3,13 @@
 #include <chrono>
 #include <thread>
 
-#include "core/screen_settings.h"
 #include "app/globals.h"
 #include "camera/camera.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/gl_api.h"
 #include "core/gl_context.h"
+#include "core/screen_settings.h"
 #include "scene/scene.h"
 
 namespace vorn {

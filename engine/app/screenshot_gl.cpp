@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "core/console.h"
-#include "core/gl_api.h"
 #include "core/errors.h"
+#include "core/gl_api.h"
 #include "core/gl_context.h"
 
 namespace vorn {

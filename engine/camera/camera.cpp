@@ -3,9 +3,9 @@
 
 #include <string>
 
-#include "core/screen_settings.h"
 #include "core/console.h"
 #include "core/errors.h"
+#include "core/screen_settings.h"
 
 namespace vorn {
 

@@ -3,11 +3,11 @@
 #include <array>
 #include <string>
 
-#include "core/screen_settings.h"
 #include "camera/camera.h"
 #include "core/errors.h"
-#include "core/gl_state_guard.h"
 #include "core/gl_api.h"
+#include "core/gl_state_guard.h"
+#include "core/screen_settings.h"
 
 namespace vorn {
 namespace {

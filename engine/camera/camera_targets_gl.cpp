@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <string>
 
-#include "core/screen_settings.h"
-#include "resource/res_manager.h"
 #include "camera/camera.h"
 #include "core/errors.h"
-#include "core/gl_state_guard.h"
 #include "core/gl_api.h"
+#include "core/gl_state_guard.h"
+#include "core/screen_settings.h"
 #include "resource/frame_buffer_gl.h"
+#include "resource/res_manager.h"
 #include "resource/res_manager.h"
 #include "shader/fx_3d.h"
 

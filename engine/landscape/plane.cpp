@@ -49,6 +49,11 @@ void Vorn_3DPlane::CreatePlane(int rows, int cows, double tilesize, bool withTex
     throw ValueError("Vorn_3DPlane.CreatePlane: rows and cows must be 0 or more");
   }
   const std::size_t pointCount = (static_cast<std::size_t>(rows) + 1) * (static_cast<std::size_t>(cows) + 1);
+  if (pointCount > kMaxGridPoints) {
+    throw ValueError("Vorn_3DPlane.CreatePlane: a grid of " + std::to_string(rows) + " by " + std::to_string(cows) +
+                     " tiles is too large (" + std::to_string(pointCount) + " points; at most " +
+                     std::to_string(kMaxGridPoints) + ")");
+  }
   if (heights && heights->size() < pointCount) {
     throw IndexError("Vorn_3DPlane.CreatePlane: HeightArray has " + std::to_string(heights->size()) +
                      " heights, the grid needs " + std::to_string(pointCount));

@@ -37,6 +37,9 @@ class Vorn_3DPlane : public Vorn_3DGameNode {
   // under the ray changes.
   static constexpr int CHECKTILE_MODE_CLICK = 0;
   static constexpr int CHECKTILE_MODE_DRAG = 1;
+  // The largest grid a plane builds (8192 by 8192 tiles is about this): past it the
+  // vertex arrays alone would take gigabytes, and a script's typo should not.
+  static constexpr std::size_t kMaxGridPoints = std::size_t{1} << 26;
 
   using Corner = std::array<double, 3>;
 

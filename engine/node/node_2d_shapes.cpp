@@ -3,8 +3,8 @@
 #include <array>
 #include <string>
 
-#include "core/screen_settings.h"
 #include "core/errors.h"
+#include "core/screen_settings.h"
 #include "node/game_node.h"
 #include "shader/fx_2d.h"
 

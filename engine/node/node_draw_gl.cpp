@@ -7,10 +7,10 @@
 #include <string>
 #include <vector>
 
-#include "core/screen_settings.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/gl_state_guard.h"
+#include "core/screen_settings.h"
 #include "node/game_node.h"
 #include "node/program_uniforms.h"
 #include "node/submesh_lookup.h"

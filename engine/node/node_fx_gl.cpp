@@ -3,12 +3,12 @@
 
 #include <string>
 
-#include "shader/fx_manage.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/gl_state_guard.h"
 #include "node/game_node.h"
 #include "resource/res_manager.h"
+#include "shader/fx_manage.h"
 #include "shader/fx_manage.h"
 
 namespace vorn {

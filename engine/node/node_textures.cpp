@@ -9,8 +9,6 @@
 #include <system_error>
 #include <variant>
 
-#include "resource/res_manager.h"
-#include "shader/fx_manage.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/vector3.h"
@@ -21,8 +19,10 @@
 #include "resource/image_file_loader.h"
 #include "resource/image_path.h"
 #include "resource/res_manager.h"
+#include "resource/res_manager.h"
 #include "resource/tga_reader.h"
 #include "shader/fx_3d.h"
+#include "shader/fx_manage.h"
 #include "shader/fx_manage.h"
 
 namespace fs = std::filesystem;

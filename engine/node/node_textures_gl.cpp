@@ -8,13 +8,13 @@
 #include <system_error>
 #include <variant>
 
-#include "resource/res_manager.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/gl_state_guard.h"
 #include "node/game_node.h"
 #include "node/node_textures_read.h"
 #include "resource/image_path.h"
+#include "resource/res_manager.h"
 #include "resource/res_manager.h"
 
 namespace fs = std::filesystem;

@@ -3,13 +3,13 @@
 
 #include <cmath>
 
-#include "core/screen_settings.h"
-#include "shader/fx_manage.h"
 #include "camera/camera.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "core/math_util.h"
+#include "core/screen_settings.h"
 #include "shader/fx_3d.h"
+#include "shader/fx_manage.h"
 #include "shader/fx_manage.h"
 
 namespace vorn {

@@ -1,7 +1,7 @@
 // Font table and drawing of Vorn_Text: the GL- and GLUT-facing half.
-#include "core/screen_settings.h"
 #include "core/gl_api.h"
 #include "core/gl_state_guard.h"
+#include "core/screen_settings.h"
 #include "overlay/text.h"
 
 namespace vorn {

@@ -1,7 +1,7 @@
 // GL-facing half of the resource manager.
-#include "shader/fx_manage.h"
 #include "core/gl_api.h"
 #include "resource/res_manager.h"
+#include "shader/fx_manage.h"
 #include "shader/fx_manage.h"
 
 namespace vorn {

@@ -3,11 +3,11 @@
 #include <exception>
 #include <filesystem>
 
-#include "resource/res_manager.h"
 #include "core/console.h"
 #include "core/errors.h"
 #include "resource/bump_image.h"
 #include "resource/image_file_loader.h"
+#include "resource/res_manager.h"
 #include "resource/res_manager.h"
 
 namespace fs = std::filesystem;

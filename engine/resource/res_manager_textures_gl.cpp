@@ -3,11 +3,11 @@
 #include <string>
 #include <vector>
 
-#include "core/screen_settings.h"
 #include "core/errors.h"
 #include "core/gl_api.h"
 #include "core/gl_state_guard.h"
 #include "core/math_util.h"
+#include "core/screen_settings.h"
 #include "resource/frame_buffer_gl.h"
 #include "resource/res_manager.h"
 

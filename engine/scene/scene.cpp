@@ -1,5 +1,7 @@
 #include "scene/scene.h"
 
+#include <limits>
+
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "node/game_node.h"
@@ -88,6 +90,13 @@ std::array<double, 5> Vorn_3Dcene::GetSceneFog() const {
 }
 
 NodeScene::NodePtr Vorn_3Dcene::GetCurrDrawNode() const { return CurrDrawNode; }
+
+int Vorn_3Dcene::GenNewGameNodeID() {
+  if (GAMENODE_ID == std::numeric_limits<int>::max()) {
+    throw ValueError("Vorn_3Dcene.GenNewGameNodeID: GAMENODE_ID is at the largest number a node can have");
+  }
+  return ++GAMENODE_ID;
+}
 
 int Vorn_3Dcene::visit_script_refs(ScriptRefVisit visit, void* context) const {
   int r = 0;

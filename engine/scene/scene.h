@@ -4,6 +4,7 @@
 // runs the frame (DrawScene).
 #include <array>
 #include <chrono>
+#include <limits>
 #include <memory>
 #include <optional>
 #include <string>
@@ -45,7 +46,8 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   void DrawScene();
 
   // ---- Accessors ----
-  int GenNewGameNodeID() override { return ++GAMENODE_ID; }
+  // ValueError once GAMENODE_ID (a field scripts may write) is at the largest int.
+  int GenNewGameNodeID() override;
   // Height of the first plane of ObjectArray_3DTerrain that covers (x, z) (its
   // CheckInHeight); 0.0 where none does. Entries that are not planes are passed over.
   double Get3DTerrainY(double x, double z) override;
@@ -63,7 +65,10 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   void Rotate_H(double RH) { Scene_RotateH += RH; }
   void Rotate_V(double RV) { Scene_RotateV += RV; }
   FbxAMatrix GetWorldRotateMatrix() const override;
-  void AddBatchCount() override { ++BatchCount; }
+  // Statistics stop at the largest int instead of wrapping.
+  void AddBatchCount() override {
+    if (BatchCount < std::numeric_limits<int>::max()) ++BatchCount;
+  }
   void SetBGColor(double r, double g, double b) { BGColor = {r, g, b}; }
   double GetCurrTime() const override { return uCurrTime; }
   void SetAmbientColor(double r, double g, double b) { AmbientColor = {r, g, b}; }

@@ -1,12 +1,13 @@
 // InitGL and the frame: the GL-facing half of the scene.
 #include <cstdio>
+#include <limits>
 #include <string>
 
-#include "core/screen_settings.h"
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "core/gl_api.h"
 #include "core/gl_state_guard.h"
+#include "core/screen_settings.h"
 #include "node/game_node.h"
 #include "overlay/axis.h"
 #include "scene/scene.h"
@@ -191,7 +192,7 @@ void Vorn_3Dcene::DrawScene() {
   // A request made during the frame (flag false at the start) waits for the next one.
   if (checkPickOnce && checkPickOnce == pickAtStart) checkPickOnce = false;
   glFlush();
-  ++FPSCount;
+  if (FPSCount < std::numeric_limits<int>::max()) ++FPSCount;
 }
 
 }  // namespace vorn

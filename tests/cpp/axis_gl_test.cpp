@@ -2,10 +2,10 @@
 #include <array>
 #include <cstdint>
 
-#include "core/screen_settings.h"
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "core/gl_api.h"
+#include "core/screen_settings.h"
 #include "fake_scene.h"
 #include "gl_harness.h"
 #include "overlay/axis.h"

@@ -1,9 +1,9 @@
 // The camera's draw, screen ray and screen projection against the GL matrix stacks.
 #include <cmath>
 
-#include "core/screen_settings.h"
 #include "camera/camera.h"
 #include "core/gl_api.h"
+#include "core/screen_settings.h"
 #include "fake_scene.h"
 #include "gl_harness.h"
 

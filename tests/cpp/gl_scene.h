@@ -7,13 +7,13 @@
 #include <optional>
 #include <string>
 
-#include "core/screen_settings.h"
-#include "resource/res_manager.h"
-#include "shader/fx_manage.h"
 #include "console_capture.h"
+#include "core/screen_settings.h"
 #include "fake_scene.h"
 #include "gl_harness.h"
 #include "node/game_node.h"
+#include "resource/res_manager.h"
+#include "shader/fx_manage.h"
 #include "shader/fx_manage.h"
 
 namespace vorn::test {

@@ -48,6 +48,11 @@ TEST(Plane, GridOfTwoByTwoTilesIsNinePointsRowByRow) {
   auto textured = MakeNode<Plane>();
   textured->CreatePlane(1, 3, 1.0, true);
   EXPECT_EQ(textured->InterleaveSubMesh(0).size(), 8u * 8u);
+  // A grid too large to build is refused before anything is allocated or added.
+  auto huge = MakeNode<Plane>();
+  EXPECT_THROW(huge->CreatePlane(2147483647, 20, 1.0), ValueError);
+  EXPECT_THROW(huge->CreatePlane(8192, 8192, 1.0), ValueError);
+  EXPECT_TRUE(huge->SubMeshList.empty());
 }
 
 TEST(Plane, SlopedHeightsGiveNormalsFromTheirDifferences) {

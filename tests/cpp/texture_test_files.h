@@ -8,9 +8,9 @@
 #include <memory>
 #include <string>
 
-#include "resource/res_manager.h"
 #include "image_test_files.h"
 #include "resource/image.h"
+#include "resource/res_manager.h"
 #include "resource/res_manager.h"
 
 namespace vorn::test {

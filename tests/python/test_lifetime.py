@@ -77,6 +77,17 @@ def test_the_last_engine_reference_hands_the_node_back_to_python(scene):
     assert ref() is None
 
 
+def test_a_child_that_refers_to_its_parent_is_collected_with_it():
+    parent = V.Vorn_3DGameNode()
+    child = V.Vorn_3DGameNode(0, 0, 0, parent)
+    child.owner = parent
+    child.SetUpdateFunction(lambda n, p=parent: p)
+    refs = weakref.ref(parent), weakref.ref(child)
+    del parent, child
+    gc.collect()
+    assert [r() for r in refs] == [None, None]
+
+
 def test_scene_global_keeps_the_scene_and_its_attributes(scene):
     level = V.Vorn_3Dcene()
     level.name = "level 2"

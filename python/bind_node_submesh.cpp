@@ -203,6 +203,7 @@ void bind_buffer_object(py::module_& m) {
           [](const BufferObject& b) -> py::object {
             if (const auto* f = b.float_data()) return py::cast(*f);
             if (const auto* i = b.index_data()) return py::cast(*i);
+            if (const auto* i = b.wide_index_data()) return py::cast(*i);
             return py::none();
           },
           "A copy of the data before upload (empty after it).")

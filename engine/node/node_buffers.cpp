@@ -1,5 +1,6 @@
 // Turning submesh arrays into buffer data: tangent frames, interleaving, the
 // bounding box and the ranking of bone influences.
+#include <algorithm>
 #include <cstring>
 #include <string>
 
@@ -35,13 +36,13 @@ class Interleaver {
       : out_(vertexCount * floatsPerVertex), stride_(floatsPerVertex), vertexCount_(vertexCount), s_(s) {}
 
   template <std::size_t N>
-  void column(const std::vector<VertexEntry<N>>& array, std::size_t count, const char* name) {
+  void column(const std::vector<VertexEntry<N>>& array, std::size_t count, const char* name, double bias = 0.0) {
     if (array.size() < vertexCount_) missing(name, array.size());
     float* dst = out_.data() + offset_;
     for (std::size_t v = 0; v < vertexCount_; ++v, dst += stride_) {
       const VertexEntry<N>& e = array[v];
       if (e.size < count) missing(name, v);
-      for (std::size_t k = 0; k < count; ++k) dst[k] = static_cast<float>(e.v[k]);
+      for (std::size_t k = 0; k < count; ++k) dst[k] = static_cast<float>(e.v[k] + bias);
     }
     offset_ += count;
   }
@@ -66,6 +67,13 @@ class Interleaver {
   std::size_t offset_ = 0;
   int s_;
 };
+
+// Two bone numbers are packed in one float as b1 + b2 * 0.01, and the vertex program
+// takes them apart with int(z) and int((z - int(z)) * 100). In a 32-bit float the
+// fraction often lands just below the hundredth (1 + 1 * 0.01 gives 0 for b2), so the
+// GPU copy is nudged up by a fifth of a hundredth: every pair below 64 then decodes to
+// its numbers. The arrays scripts read keep the packed values as they are.
+constexpr double kBoneIndexBias = 0.002;
 
 // Floats per vertex and offset of x in each interleaved layout; 0, 0 for others.
 std::pair<std::size_t, std::size_t> layout_counts(int layout) {
@@ -161,7 +169,7 @@ std::vector<float> Vorn_3DGameNode::InterleaveSubMesh(int s) const {
       if (non_empty(VertexArray_BoneIndics, s)) {
         Interleaver out(count, 15, s);
         out.column(attr(VertexArray_UV, s, op, "UV"), 2, "UV");
-        out.column(VertexArray_BoneIndics.at(s), 2, "bone indices");
+        out.column(VertexArray_BoneIndics.at(s), 2, "bone indices", kBoneIndexBias);
         out.column(attr(VertexArray_BoneWeight, s, op, "bone weight"), 4, "bone weights");
         out.column(attr(VertexArray_Normal, s, op, "normal"), 3, "normal");
         out.column(*positions, 3, "position");
@@ -183,7 +191,7 @@ std::vector<float> Vorn_3DGameNode::InterleaveSubMesh(int s) const {
     }
     case glc::T2F_C4F_N3F_V3F: {
       Interleaver out(count, 12, s);
-      out.column(attr(VertexArray_BoneIndics, s, op, "bone indices"), 2, "bone indices");
+      out.column(attr(VertexArray_BoneIndics, s, op, "bone indices"), 2, "bone indices", kBoneIndexBias);
       out.column(attr(VertexArray_BoneWeight, s, op, "bone weight"), 4, "bone weights");
       out.column(attr(VertexArray_Normal, s, op, "normal"), 3, "normal");
       out.column(*positions, 3, "position");
@@ -221,22 +229,34 @@ void Vorn_3DGameNode::BuildSubMeshVBO(int s) {
     if (!custom || custom->empty()) return;
     vertexData.assign(custom->begin(), custom->end());
   }
-  std::optional<BufferObject::IndexData> indexData;
+  // Indices must name vertices the buffer holds: GL would read past the buffer. The
+  // vertex count is known from the layout's floats per vertex.
+  const int* layout = VertexDescArray.find(s);
+  const std::size_t floatsPerVertex = layout ? layout_counts(*layout).first : 0;
+  const std::size_t vertexCount = floatsPerVertex ? vertexData.size() / floatsPerVertex : 0;
+  std::shared_ptr<BufferObject> indexBuffer;
   if (const IndexArray* indices = VIndexArray.find(s); indices && !indices->empty()) {
-    BufferObject::IndexData converted(indices->size());
-    for (std::size_t i = 0; i < indices->size(); ++i) {
-      const std::int64_t value = (*indices)[i];
-      if (value < 0 || value > 65535) {
-        throw ValueError(where("BuildSubMeshVBO", s) + ": vertex index " + std::to_string(value) +
-                         " does not fit the 16-bit index type");
+    std::int64_t largest = 0;
+    for (const std::int64_t value : *indices) {
+      if (value < 0 || value > std::int64_t{0xFFFFFFFF} ||
+          (floatsPerVertex && static_cast<std::uint64_t>(value) >= vertexCount)) {
+        throw ValueError(where("BuildSubMeshVBO", s) + ": vertex index " + std::to_string(value) + " is not one of its " +
+                         (floatsPerVertex ? std::to_string(vertexCount) + " vertices" : std::string("vertices")));
       }
-      converted[i] = static_cast<std::uint16_t>(value);
+      largest = std::max(largest, value);
     }
-    indexData = std::move(converted);
+    // 16-bit indices while they reach, 32-bit for larger submeshes.
+    if (largest <= 0xFFFF) {
+      indexBuffer = std::make_shared<BufferObject>(
+          BufferObject::IndexData(indices->begin(), indices->end()), glc::ELEMENT_ARRAY_BUFFER);
+    } else {
+      indexBuffer = std::make_shared<BufferObject>(
+          BufferObject::WideIndexData(indices->begin(), indices->end()), glc::ELEMENT_ARRAY_BUFFER);
+    }
   }
-  const auto shapeCount = static_cast<std::int64_t>(indexData ? indexData->size() : 0);
+  const auto shapeCount = static_cast<std::int64_t>(indexBuffer ? indexBuffer->count() : 0);
   VVBOArray.set(s, std::make_shared<BufferObject>(std::move(vertexData), glc::ARRAY_BUFFER));
-  if (indexData) IVBOArray.set(s, std::make_shared<BufferObject>(std::move(*indexData), glc::ELEMENT_ARRAY_BUFFER));
+  if (indexBuffer) IVBOArray.set(s, std::move(indexBuffer));
   SubMeshShapeCount.set(s, shapeCount);
 }
 

@@ -20,6 +20,9 @@ BufferObject::BufferObject(FloatData data, int target)
 BufferObject::BufferObject(IndexData data, int target)
     : data_(std::move(data)), target_(target), count_(std::get<IndexData>(data_).size()) {}
 
+BufferObject::BufferObject(WideIndexData data, int target)
+    : data_(std::move(data)), target_(target), count_(std::get<WideIndexData>(data_).size()), wide_(true) {}
+
 BufferObject::~BufferObject() {
   if (name_ != 0 && HasCurrentGLContext()) {
     const GLuint name = name_;

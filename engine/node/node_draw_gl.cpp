@@ -401,7 +401,8 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
         std::min<std::int64_t>(shapeCount ? *shapeCount : 0, static_cast<std::int64_t>(indices.count()));
     if (count > 0) {
       indices.bind();
-      glDrawElements(static_cast<GLenum>(ShapeType), static_cast<GLsizei>(count), GL_UNSIGNED_SHORT, nullptr);
+      glDrawElements(static_cast<GLenum>(ShapeType), static_cast<GLsizei>(count),
+                     indices.wide_indices() ? GL_UNSIGNED_INT : GL_UNSIGNED_SHORT, nullptr);
       indices.unbind();
     }
     vertices.unbind();

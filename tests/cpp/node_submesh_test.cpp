@@ -116,6 +116,29 @@ TEST(NodeBuffers, InterleavedLayouts) {
   EXPECT_EQ(n.SubMeshShapeCount.at(s), 4);
   ASSERT_TRUE(n.IVBOArray.contains(s));
   EXPECT_EQ(*n.IVBOArray.at(s)->index_data(), (BufferObject::IndexData{0, 1, 2, 3}));
+  EXPECT_FALSE(n.IVBOArray.at(s)->wide_indices());
+
+  // An index past the vertices is refused and the buffers stay as they were.
+  const auto previous = n.IVBOArray.at(s);
+  n.PushVIndex(s, 4);
+  EXPECT_THROW(n.BuildSubMeshVBO(s), ValueError);
+  EXPECT_EQ(n.IVBOArray.at(s), previous);
+}
+
+TEST(NodeBuffers, LargeSubmeshesGetThirtyTwoBitIndices) {
+  Node n;
+  const int s = n.CreateSubMesh("big");
+  constexpr int kVertices = 70000;
+  for (int v = 0; v < kVertices; ++v) {
+    n.PushVertex_Position(s, v, 0, 0);
+    n.PushVertex_Normal(s, 0, 1, 0);
+  }
+  n.PushTriangleVIndex(s, 0, 65536, kVertices - 1);
+  n.BuildSubMeshVBO(s);
+  const BufferObject& indices = *n.IVBOArray.at(s);
+  ASSERT_TRUE(indices.wide_indices());
+  EXPECT_EQ(*indices.wide_index_data(), (BufferObject::WideIndexData{0, 65536, kVertices - 1}));
+  EXPECT_EQ(n.SubMeshShapeCount.at(s), 3);
 }
 
 TEST(NodeBuffers, TangentsSwitchToTheFifteenFloatLayout) {
@@ -161,7 +184,31 @@ TEST(NodeBuffers, SkinnedLayoutsAndMissingData) {
   n.PushVertex_BoneIndics(s, 1, 2, 3, 4);
   n.PushVertex_BoneWeights(s, 0.5, 0.25, 0.25, 0);
   n.BuildSubMeshVBO(s);
-  EXPECT_EQ(vbo_data(n, s), (std::vector<float>{1.02f, 3.04f, 0.5f, 0.25f, 0.25f, 0, 0, 1, 0, 1, 2, 3}));
+  // The packed bone numbers reach the GPU nudged up by 0.002; scripts read them unchanged.
+  EXPECT_EQ(vbo_data(n, s), (std::vector<float>{1.022f, 3.042f, 0.5f, 0.25f, 0.25f, 0, 0, 1, 0, 1, 2, 3}));
+  EXPECT_EQ(n.VertexArray_BoneIndics.at(s)[0].v[0], 1.02);
+  // Every pair below 64 decodes to its numbers as the vertex program takes them apart,
+  // in 32-bit floats.
+  Node all;
+  const int a = all.CreateSubMesh("pairs", false, true);
+  for (int b1 = 0; b1 < 64; ++b1) {
+    for (int b2 = 0; b2 < 64; ++b2) {
+      all.PushVertex_Position(a, 0, 0, 0);
+      all.PushVertex_Normal(a, 0, 1, 0);
+      all.PushVertex_BoneIndics(a, b1, b2, 0, 0);
+      all.PushVertex_BoneWeights(a, 1, 0, 0, 0);
+    }
+  }
+  all.BuildSubMeshVBO(a);
+  const std::vector<float> gpu = vbo_data(all, a);
+  int wrong = 0;
+  for (int v = 0; v < 64 * 64; ++v) {
+    const float z = gpu[static_cast<std::size_t>(v) * 12];
+    const int first = static_cast<int>(z);
+    const int second = static_cast<int>((z - static_cast<float>(first)) * 100.0f);
+    if (first != v / 64 || second != v % 64) ++wrong;
+  }
+  EXPECT_EQ(wrong, 0);
   // Without indices: a count of 0 and no index buffer.
   EXPECT_EQ(n.SubMeshShapeCount.at(s), 0);
   EXPECT_FALSE(n.IVBOArray.contains(s));

@@ -106,6 +106,24 @@ def test_child_camera_is_updated_through_its_parent_only(scene):
     assert len(calls) == 1
 
 
+def test_a_submesh_past_65536_vertices_draws_with_wide_indices(scene):
+    node = lit_quad(scene)
+    s = node.CreateSubMesh("far")
+    # 70,000 filler vertices (normal, position) far behind, then a half-size quad.
+    corners = [(-0.5, -0.5), (0.5, -0.5), (0.5, 0.5), (-0.5, 0.5)]
+    node.LoadVertex(s, [0, 0, 1, 0, 0, -50] * 70000 + [v for x, y in corners for v in (0, 0, 1, x, y, 0)])
+    node.VertexDescArray[s] = V.GL_N3F_V3F
+    node.PushTriangleVIndex(s, 70000, 70001, 70002)
+    node.PushTriangleVIndex(s, 70000, 70002, 70003)
+    node.SetSubMeshColor(0, 0.0, 0.0, 0.0, 1.0)  # the first quad is black now
+    node.BuildVBO()
+    node.ApplyFX(V.Vorn_3DFX.FX_DIFFUSE)
+    node.SetSubMeshColor(s, 1.0, 1.0, 1.0, 1.0)
+    assert node.IVBOArray[s].data == [70000, 70001, 70002, 70000, 70002, 70003]
+    scene.DrawScene()
+    assert all(c >= 254 for c in pixel(W // 2, H // 2))
+
+
 def test_a_lit_quad_shows_where_the_camera_sees_it_and_a_hidden_one_does_not(scene):
     node = lit_quad(scene)
     scene.DrawScene()

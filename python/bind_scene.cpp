@@ -96,6 +96,11 @@ void bind_factories(SceneClass& cls) {
   Factory<&Scene::CreatePointLight>::def(cls, "CreatePointLight", "A Vorn_3DPointLight in LightList (also with a parent).",
                                          py::arg("range") = 5.0, py::arg("r") = 1.0, py::arg("g") = 1.0,
                                          py::arg("b") = 1.0);
+  Factory<&Scene::CreateMeshFromFile>::def(
+      cls, "CreateMeshFromFile",
+      "A Vorn_3DMesh loaded from meshFile by the kind its name shows (\".obj\" with swapyz);\n"
+      "a name of no known kind gives an empty mesh. No FX of its own: the loader sets them.",
+      py::arg("meshFile") = "", py::arg("swapyz") = false);
   Factory<&Scene::CreatePlane>::def(cls, "CreatePlane", "A Vorn_3DPlane with FX_DIFFUSE.", py::arg("rows") = 20,
                                     py::arg("cows") = 20, py::arg("tilesize") = 1.0);
   Factory<&Scene::CreateBox>::def(cls, "CreateBox", "A Vorn_3DBox with FX_DIFFUSE.", py::arg("size_x") = 0.5,

@@ -30,6 +30,7 @@ PYBIND11_MODULE(_engine, m) {
   bind_shapes(m);
   bind_shapes_solids(m);
   bind_landscape(m);
+  bind_mesh(m);
   bind_overlay(m);
   // The scene uses every class above.
   bind_scene(m);

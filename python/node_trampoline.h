@@ -38,6 +38,7 @@ class PyNode : public Base {
   void prepare_uniform_for_shader(int submeshIndex) override {
     PYBIND11_OVERRIDE(void, Base, prepare_uniform_for_shader, submeshIndex);
   }
+  void draw_skeleton() override { PYBIND11_OVERRIDE(void, Base, draw_skeleton, ); }
 
   ScriptValue FindEventOperation(const std::string& name) override {
     py::gil_scoped_acquire gil;

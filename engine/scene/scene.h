@@ -125,6 +125,9 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   NodePtr CreateDrawNode();
   NodePtr CreatePointLight(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
                            double range = 5.0, double r = 1.0, double g = 1.0, double b = 1.0);
+  // A Vorn_3DMesh loaded from meshFile by its kind (scene_factories_mesh.cpp).
+  NodePtr CreateMeshFromFile(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                             const std::string& meshFile = "", bool swapyz = false);
   NodePtr CreatePlane(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr, int rows = 20,
                       int cows = 20, double tilesize = 1.0);
   NodePtr CreateBox(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,

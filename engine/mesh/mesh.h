@@ -1,0 +1,81 @@
+#pragma once
+// Vorn_3DMesh: the node of everything loaded from a model file. It adds the loaders and
+// skeletal actions: a named table of animations, one of which plays at a time on one
+// clock per mesh. Implemented over:
+//   mesh.cpp          actions, the clock, the loaders' dispatch
+//   mesh_gl.cpp       bone upload and the debug skeleton
+#include <memory>
+#include <optional>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "core/ordered_map.h"
+#include "node/game_node.h"
+
+namespace vorn {
+
+class Vorn_SkinSubMeshAniData;
+
+// One sample of a channel: the time in seconds and the value (three floats for scale
+// and translation, four for a rotation).
+struct ActionSample {
+  double time = 0.0;
+  std::vector<double> value;
+};
+// A channel of a bone: its path ("scale", "translation" or "rotation") and samples.
+struct ActionChannel {
+  std::string path;
+  std::vector<ActionSample> samples;
+};
+// An action as a file gives it: bone key (the node number of the bone) to channels.
+using MeshAction = OrderedMap<int, std::vector<ActionChannel>>;
+
+class Vorn_3DMesh : public Vorn_3DGameNode {
+ public:
+  explicit Vorn_3DMesh(double x = 0, double y = 0, double z = 0, const Ptr& parent = nullptr);
+  ~Vorn_3DMesh() override;
+
+  // ---- Loaders ----
+  // Reads an OBJ file and the MTL file beside it: one submesh per material.
+  void LoadMeshFromFile_OBJ(const std::string& objFile, bool swapyz = false);
+
+  // ---- Actions ----
+  // Accepts the name and does nothing: actions come from files only.
+  void AddAction(const std::string& /*actionName*/) {}
+  int GetActionCount() const noexcept { return static_cast<int>(ActionDict.size()); }
+  // The name of the action at that position of ActionDict; nothing outside [0, count).
+  std::optional<std::string> GetActionName(int actionIndex) const;
+  // Prepares the action's keyframes and starts the clock, looping. An unknown index is
+  // ignored (a running action goes on).
+  void PlayAction(int actionIndex);
+  void SetActionSpeed(double speed) noexcept { CurrAnimation_Speed = speed; }
+  void SetSkeletonVisible(bool isVisible) noexcept { SkeletonVisible = isVisible; }
+
+  // ---- Frame hooks ----
+  // Advances the clock by delay times the speed; past the end it restarts exactly at
+  // the beginning (or stays at the end without looping).
+  void update_skin_animation(double delay) override;
+  // Uploads the bone matrices of the submesh being drawn to "uBoneMatrixs".
+  void prepare_uniform_for_shader(int submeshIndex) override;
+  // Bone segments of every skinned submesh, green to red, when SkeletonVisible.
+  void draw_skeleton() override;
+
+  // ---- Fields, in the order the constructor sets them ----
+  bool IsFBX = false;
+  OrderedMap<std::string, MeshAction> ActionDict;
+  std::vector<ScriptValue> CurrAction;
+  OrderedMap<int, std::shared_ptr<Vorn_SkinSubMeshAniData>> SubMesh_Dict;
+  std::string CurrActionName;
+  std::optional<double> CurrAnimation_Duration;
+  std::optional<double> CurrAnimation_BeginTime;
+  std::optional<double> CurrAnimation_EndTime;
+  std::optional<double> CurrAnimation_CurrTime;
+  double CurrAnimation_Speed = 1.0;
+  bool Playing = false;
+  // Not set before the first PlayAction.
+  std::optional<bool> Looping;
+  bool SkeletonVisible = false;
+};
+
+}  // namespace vorn

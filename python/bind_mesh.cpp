@@ -1,0 +1,73 @@
+// The mesh node: Vorn_3DMesh with its loaders and skeletal actions. Scripts may
+// subclass it and override update_skin_animation, prepare_uniform_for_shader and
+// draw_skeleton like any node operation.
+#include <pybind11/pybind11.h>
+#include <pybind11/stl.h>
+
+#include "bind_node.h"
+#include "mesh/mesh.h"
+#include "node_trampoline.h"
+
+namespace vorn::py_bind {
+
+void bind_mesh(py::module_& m) {
+  using Mesh = Vorn_3DMesh;
+  py::class_<Mesh, Vorn_3DGameNode, PyNode<Mesh>, std::shared_ptr<Mesh>> cls(
+      m, "Vorn_3DMesh",
+      "The node of a model loaded from a file, with skeletal actions: a named table of\n"
+      "animations, one of which plays at a time on the mesh's clock.",
+      py::dynamic_attr(), twin_type_setup());
+  def_node_init<Mesh, PyNode<Mesh>>(cls, "Vorn_3DMesh", "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
+                                    "NodeType \"3DMesh\"; with a parent in a scene, loaded and hung under it.");
+  cls.def("LoadMeshFromFile_OBJ", &Mesh::LoadMeshFromFile_OBJ, py::arg("objFile"), py::arg("swapyz") = false,
+          "Reads an OBJ file and the MTL file beside it (the OBJ's name with \".mtl\"): one\n"
+          "submesh per material, its map_Kd texture, FX_DIFFUSE_TEXTURE (FX_TEXTURE without\n"
+          "normals). The i-th position, normal and texture coordinate of a material belong\n"
+          "together; face indices are used as the file gives them.")
+      .def("AddAction", &Mesh::AddAction, py::arg("actionName"), "Accepts the name and does nothing.")
+      .def("GetActionCount", &Mesh::GetActionCount, "Number of actions in ActionDict.")
+      .def("GetActionName", &Mesh::GetActionName, py::arg("actionIndex"),
+           "The name of the action at that position of ActionDict, or None outside the range.")
+      .def("PlayAction", &Mesh::PlayAction, py::arg("actionIndex"),
+           "Starts the action at that position, looping; an unknown index is ignored.")
+      .def("SetActionSpeed", &Mesh::SetActionSpeed, py::arg("speed"),
+           "Multiplier on the frame step from the next frame; the clock keeps its place.")
+      .def("SetSkeletonVisible", &Mesh::SetSkeletonVisible, py::arg("isVisible"), "Writes SkeletonVisible.")
+      .def("update_skin_animation", &Mesh::update_skin_animation, py::arg("delay"),
+           "Advances the clock by delay times CurrAnimation_Speed; past the end it restarts at the\n"
+           "beginning (looping) or stays at the end.")
+      .def("prepare_uniform_for_shader", &Mesh::prepare_uniform_for_shader, py::arg("submeshIndex"),
+           "Uploads the submesh's bone matrices to uBoneMatrixs (needs a GL context).")
+      .def("draw_skeleton", &Mesh::draw_skeleton, "Draws the bone segments when SkeletonVisible.")
+      .def_readwrite("IsFBX", &Mesh::IsFBX, "The mesh came from an FBX file.")
+      .def_property_readonly("ActionDict",
+                             [](const Mesh& mesh) {
+                               py::dict out;
+                               for (const auto& [name, action] : mesh.ActionDict) {
+                                 py::dict bones;
+                                 for (const auto& [bone, channels] : action) {
+                                   py::list list;
+                                   for (const auto& c : channels) {
+                                     py::list samples;
+                                     for (const auto& s : c.samples) samples.append(py::make_tuple(s.time, s.value));
+                                     list.append(py::make_tuple(c.path, samples));
+                                   }
+                                   bones[py::int_(bone)] = list;
+                                 }
+                                 out[py::str(name)] = bones;
+                               }
+                               return out;
+                             },
+                             "Action name to {bone: [(path, [(time, value), ...]), ...]} (a copy).")
+      .def_readwrite("CurrActionName", &Mesh::CurrActionName, "Name of the action being played (FBX files).")
+      .def_readwrite("CurrAnimation_Duration", &Mesh::CurrAnimation_Duration, "Length of the current action, or None.")
+      .def_readwrite("CurrAnimation_BeginTime", &Mesh::CurrAnimation_BeginTime, "Start of the clock, or None.")
+      .def_readwrite("CurrAnimation_EndTime", &Mesh::CurrAnimation_EndTime, "End of the clock, or None.")
+      .def_readwrite("CurrAnimation_CurrTime", &Mesh::CurrAnimation_CurrTime, "The clock, or None.")
+      .def_readwrite("CurrAnimation_Speed", &Mesh::CurrAnimation_Speed, "Multiplier on the frame step.")
+      .def_readwrite("Playing", &Mesh::Playing, "The clock runs.")
+      .def_readwrite("Looping", &Mesh::Looping, "The clock restarts at the end; None before the first PlayAction.")
+      .def_readwrite("SkeletonVisible", &Mesh::SkeletonVisible, "draw_skeleton draws.");
+}
+
+}  // namespace vorn::py_bind

@@ -74,6 +74,25 @@ void Matrix4d::ComposeTRS(const FbxVector4& T, const FbxVector4& R, const FbxVec
   m[3] = {T[0], T[1], T[2], 1.0};
 }
 
+void Matrix4d::ComposeTQS(const FbxVector4& T, const FbxVector4& Q, const FbxVector4& S) noexcept {
+  const double x = Q[0], y = Q[1], z = Q[2], w = Q[3];
+  const double norm2 = x * x + y * y + z * z + w * w;
+  // 2 / |q|^2 normalises the quaternion inside the products; the zero quaternion
+  // stands for "no rotation" and gives the identity.
+  const double s = norm2 == 0.0 ? 0.0 : 2.0 / norm2;
+  // Rows of the rotation for row vectors: the transpose of the usual column form.
+  const double rot[3][3] = {
+      {1.0 - s * (y * y + z * z), s * (x * y + z * w), s * (x * z - y * w)},
+      {s * (x * y - z * w), 1.0 - s * (x * x + z * z), s * (y * z + x * w)},
+      {s * (x * z + y * w), s * (y * z - x * w), 1.0 - s * (x * x + y * y)},
+  };
+  for (int r = 0; r < 3; ++r) {
+    for (int c = 0; c < 3; ++c) m[r][c] = S[static_cast<std::size_t>(r)] * rot[r][c];
+    m[r][3] = 0.0;
+  }
+  m[3] = {T[0], T[1], T[2], 1.0};
+}
+
 Matrix4d Matrix4d::Multiply(const Matrix4d& a, const Matrix4d& b) noexcept {
   // a * b applies b first: with row vectors, p' = p * B * A.
   Matrix4d out;

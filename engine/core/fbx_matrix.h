@@ -47,6 +47,8 @@ class Matrix4d {
  protected:
   // Fills m from translation, Euler rotation in degrees and scale.
   void ComposeTRS(const FbxVector4& T, const FbxVector4& R, const FbxVector4& S) noexcept;
+  // Fills m from translation, rotation quaternion (x, y, z, w) and scale.
+  void ComposeTQS(const FbxVector4& T, const FbxVector4& Q, const FbxVector4& S) noexcept;
   // Row-major product with b applied first: result = b (applied first) then a.
   static Matrix4d Multiply(const Matrix4d& a, const Matrix4d& b) noexcept;
   // General inverse; a singular matrix gives the zero matrix.
@@ -72,6 +74,18 @@ class FbxMatrix : public Matrix4d {
   FbxMatrix() noexcept = default;
   FbxMatrix(const FbxVector4& T, const FbxVector4& R, const FbxVector4& S) noexcept { ComposeTRS(T, R, S); }
   explicit FbxMatrix(const Matrix4d& src) noexcept : Matrix4d(src) {}
+
+  // The transform of a GLB node or keyframe: scale S, then the rotation of the
+  // quaternion Q = (x, y, z, w), then translation T, in the row-vector convention
+  // above. GLB files store rotations as quaternions, not Euler angles, so the keyframe
+  // and bind matrices of skinned meshes are built here rather than by FbxMatrix(T, R, S).
+  // Q need not be of unit length: it is normalised. (0, 0, 0, 0), the value a node
+  // without a rotation gets, is the identity rotation.
+  static FbxMatrix FromTQS(const FbxVector4& T, const FbxVector4& Q, const FbxVector4& S) noexcept {
+    FbxMatrix out;
+    out.ComposeTQS(T, Q, S);
+    return out;
+  }
 
   FbxMatrix Inverse() const noexcept { return FbxMatrix(Inverted()); }
   FbxMatrix operator*(const FbxMatrix& b) const noexcept { return FbxMatrix(Multiply(*this, b)); }

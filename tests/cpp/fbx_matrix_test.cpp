@@ -96,5 +96,38 @@ TEST(FbxMatrix, SetGetRowAndBoundsChecks) {
   EXPECT_EQ(FbxMatrix(T, R, S).Flatten(), FbxAMatrix(T, R, S).Flatten());
 }
 
+TEST(FbxMatrix, FromTQSReadsTheRotationAsAQuaternion) {
+  const double h = std::sqrt(0.5);
+  const struct {
+    const char* name;
+    FbxVector4 Q;
+    double rows[3][3];  // rotation rows for row vectors, worked out by hand
+  } cases[] = {
+      {"no rotation (zero quaternion)", {0, 0, 0, 0}, {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}},
+      {"unit w", {0, 0, 0, 1}, {{1, 0, 0}, {0, 1, 0}, {0, 0, 1}}},
+      // 90 degrees about Z takes x to y and y to -x.
+      {"90 about Z", {0, 0, h, h}, {{0, 1, 0}, {-1, 0, 0}, {0, 0, 1}}},
+      {"90 about X", {h, 0, 0, h}, {{1, 0, 0}, {0, 0, 1}, {0, -1, 0}}},
+      // 120 degrees about (1, 1, 1) cycles the axes x -> y -> z -> x.
+      {"120 about (1, 1, 1)", {0.5, 0.5, 0.5, 0.5}, {{0, 1, 0}, {0, 0, 1}, {1, 0, 0}}},
+      // Not of unit length: normalised, the same rotation.
+      {"scaled quaternion", {1, 1, 1, 1}, {{0, 1, 0}, {0, 0, 1}, {1, 0, 0}}},
+      {"180 about Y", {0, 1, 0, 0}, {{-1, 0, 0}, {0, 1, 0}, {0, 0, -1}}},
+  };
+  const FbxVector4 T(1, -2, 3, 0), S(2, 3, 0.5, 1);
+  for (const auto& c : cases) {
+    const FbxMatrix m = FbxMatrix::FromTQS(T, c.Q, S);
+    for (int r = 0; r < 3; ++r) {
+      for (int col = 0; col < 3; ++col) EXPECT_NEAR(m.Get(r, col), S[r] * c.rows[r][col], 1e-12) << c.name;
+      EXPECT_EQ(m.Get(r, 3), 0.0) << c.name;
+    }
+    EXPECT_EQ(m.GetRow(3), FbxVector4(1, -2, 3, 1)) << c.name;
+  }
+  // Scale, then rotate, then translate: (1, 0, 0) scaled to (2, 0, 0), turned to
+  // (0, 2, 0) by 90 degrees about Z, moved by T.
+  const FbxMatrix m = FbxMatrix::FromTQS(T, {0, 0, h, h}, S);
+  expect_near(Vec3MulMatrix(Vector3(1, 0, 0), MatrixToFloatList(m)), Vector3(1, 0, 3), 1e-12);
+}
+
 }  // namespace
 }  // namespace vorn

@@ -49,6 +49,7 @@ ProgramUniforms lookup(GLuint program) {
       {"uSSAOKernelRadius", &ProgramUniforms::uSSAOKernelRadius},
       {"uSSAOKernelSample", &ProgramUniforms::uSSAOKernelSample},
       {"uShadoMapTexSize", &ProgramUniforms::uShadoMapTexSize},
+      {"uBoneMatrixs", &ProgramUniforms::uBoneMatrixs},
       {"uShadowMapViewProjectMatrix", &ProgramUniforms::uShadowMapViewProjectMatrix},
       {"uSubmeshColor", &ProgramUniforms::uSubmeshColor},
       {"uCurrTime", &ProgramUniforms::uCurrTime},

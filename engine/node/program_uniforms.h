@@ -37,6 +37,8 @@ struct ProgramUniforms {
   GLint uTexSize = -1;
   GLint uMSKSize = -1;
   GLint uTextureDensity = -1;
+  // Bone matrices of skinned meshes.
+  GLint uBoneMatrixs = -1;
   // "texture0" to "texture7".
   GLint texture[8] = {-1, -1, -1, -1, -1, -1, -1, -1};
 };

@@ -1,5 +1,5 @@
 // Writes a few small valid files of each kind as starting corpora for the fuzz targets:
-//   make_seeds <corpus root>   (folders tga/, dds/, image_codec/ below it)
+//   make_seeds <corpus root>   (folders tga/, dds/, image_codec/, obj/ below it)
 #include <turbojpeg.h>
 
 #include <cstdint>
@@ -68,7 +68,17 @@ Bytes jpeg(const vorn::Image& im, int subsamp, int flags) {
 int main(int argc, char** argv) {
   if (argc < 2) return 2;
   const fs::path root = argv[1];
-  for (const char* sub : {"tga", "dds", "image_codec"}) fs::create_directories(root / sub);
+  for (const char* sub : {"tga", "dds", "image_codec", "obj"}) fs::create_directories(root / sub);
+
+  // OBJ text, a NUL, then the MTL text its "mtllib" line reads.
+  const auto text = [](const std::string& t) { return Bytes(t.begin(), t.end()); };
+  write(root / "obj" / "textured",
+        text(std::string("mtllib m.mtl\nusemtl a\nv 0 0 0\nv 1 0 0\nv 0 1 0\nvn 0 0 1\nvn 0 0 1\nvn 0 0 1\n"
+                         "vt 0 0\nvt 1 0\nvt 0 1\nf 0/0/0 1/1/1 2/2/2\nf -1/-1/-1 -2//-2 -3/-3\n") +
+             '\0' + "newmtl a\nKd 1 0.5 0\nmap_Kd a.png\nillum 2\n"));
+  write(root / "obj" / "two_groups",
+        text("# two groups\nusemtl a\nv 1e3 -2.5 +3\nvt 0.5 0.5 0\nvn 0 1 0\nf 0 0 0 0\r\n"
+             "usemat b\r\nv inf nan 1_0\nvt 0 0\nvn 1 0 0\nf 0//0 0 0\nusemtl a\n"));
 
   write(root / "tga" / "rgb24", tga(24, 0, 4, 3));
   write(root / "tga" / "rgba32", tga(32, 8, 3, 4));

@@ -3,6 +3,7 @@
 
 #include "core/console.h"
 #include "core/errors.h"
+#include "mesh/obj_load.h"
 
 namespace vorn {
 
@@ -28,6 +29,10 @@ void Vorn_3DMesh::update_skin_animation(double delay) {
     // The overshoot is dropped: a loop restarts exactly at the beginning.
     CurrAnimation_CurrTime = Looping.value_or(false) ? CurrAnimation_BeginTime.value_or(0.0) : *CurrAnimation_EndTime;
   }
+}
+
+void Vorn_3DMesh::LoadMeshFromFile_OBJ(const std::string& objFile, bool swapyz) {
+  LoadOBJIntoNode(*this, objFile, swapyz);
 }
 
 }  // namespace vorn

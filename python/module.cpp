@@ -30,6 +30,8 @@ PYBIND11_MODULE(_engine, m) {
   bind_shapes(m);
   bind_shapes_solids(m);
   bind_landscape(m);
+  // Skin animation data takes the matrix types of the core.
+  bind_mesh_skin(m);
   bind_overlay(m);
   // The scene uses every class above.
   bind_scene(m);

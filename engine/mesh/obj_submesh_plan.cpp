@@ -7,7 +7,6 @@ namespace vorn {
 namespace {
 
 constexpr const char* kOp = "Vorn_3DMesh.LoadMeshFromFile_OBJ: ";
-constexpr std::int64_t kMaxIndex = 65535;  // the node's index buffers hold 16-bit numbers
 
 void append(std::vector<double>& out, const ObjTuple& t) { out.insert(out.end(), t.v.begin(), t.v.begin() + t.size); }
 
@@ -61,13 +60,16 @@ std::vector<ObjSubmeshPlan> PlanOBJSubmeshes(const ObjModel& model, const std::s
       }
       plan.triangles.push_back({v_index[0], v_index[1], v_index[2]});
     }
-    // The node builds index buffers only for submeshes with vertex data.
+    // Corners must name vertices of the group: the node's buffer refuses others, and
+    // refusing them here leaves the node as it was. Indices are used as the file gives
+    // them, so a file counting from 1 fails at its last vertex.
     if (!plan.vertices.empty()) {
+      const auto count = static_cast<std::int64_t>(positions.size());
       for (const auto& tri : plan.triangles) {
         for (const std::int64_t index : tri) {
-          if (index < 0 || index > kMaxIndex) {
-            throw ValueError(where + ": vertex index " + std::to_string(index) +
-                             " does not fit the 16-bit index type");
+          if (index < 0 || index >= count) {
+            throw ValueError(where + ": vertex index " + std::to_string(index) + " is not one of its " +
+                             std::to_string(count) + " vertices (indices count from 0)");
           }
         }
       }

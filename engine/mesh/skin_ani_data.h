@@ -5,12 +5,25 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <string>
 #include <vector>
 
 #include "core/fbx_matrix.h"
 #include "core/ordered_map.h"
 
 namespace vorn {
+
+// An animation time in seconds. A clock that starts at the integer 0 prints as "0",
+// not "0.0", in the evaluation's console line, so the time remembers whether it is an
+// integer value.
+struct SkinTime {
+  double seconds = 0.0;
+  bool isInt = false;
+  SkinTime(double s) noexcept : seconds(s) {}  // NOLINT: a plain float time converts
+  SkinTime(double s, bool integral) noexcept : seconds(s), isInt(integral) {}
+  // The time as a script prints it.
+  std::string text() const;
+};
 
 class Vorn_SkinSubMeshAniData {
  public:
@@ -43,7 +56,7 @@ class Vorn_SkinSubMeshAniData {
 
   // The matrices to upload at time currTime (seconds on the GLB path). The base returns
   // FinalShaderMatrixArray as it stands.
-  virtual const std::vector<double>& GetFinalBoneMatrixByTime(double currTime);
+  virtual const std::vector<double>& GetFinalBoneMatrixByTime(SkinTime currTime);
 
  protected:
   // Appends the 16 elements of a matrix to FinalShaderMatrixArray, rows 0 to 3.

@@ -22,14 +22,15 @@ std::string key_text(std::int64_t key) { return std::to_string(key); }
 // by all bones below it. The products are regrouped against a bone-by-bone walk
 // (associativity), so results agree with it up to rounding; which matrices take part,
 // and the errors a broken table gives, are exactly those of the bone-by-bone walk.
-const std::vector<double>& Vorn_SkinSubMeshAni_GLB::GetFinalBoneMatrixByTime(double currTime) {
+const std::vector<double>& Vorn_SkinSubMeshAni_GLB::GetFinalBoneMatrixByTime(SkinTime time) {
+  const double currTime = time.seconds;
   if (!AniBoneTree) throw RuntimeError(std::string(kWhere) + "no keyframe table, no action started");
   const BoneKeyframeTable& ani = *AniBoneTree;
   if (ani.empty()) return FinalShaderMatrixArray;
 
   FinalShaderMatrixArray.clear();
   FinalBoneXYZArray.clear();
-  console::print("CurrFrame:", currTime);
+  console::print("CurrFrame:", time.text());
   BoneCount = static_cast<std::int64_t>(ani.size());
   if (!InitBoneTree) throw RuntimeError(std::string(kWhere) + "no bone tree, SetInitBoneTree was not called");
   if (!InverseBindMatrices) {

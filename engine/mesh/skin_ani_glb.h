@@ -66,7 +66,7 @@ class Vorn_SkinSubMeshAni_GLB : public Vorn_SkinSubMeshAniData {
   // RuntimeError before SetAniBonesMatrix; KeyError, IndexError or RecursionError for
   // a broken table (bone missing from a table, parent with fewer keyframes than a child
   // reaches, parent chain that loops), with the arrays as far as they were filled.
-  const std::vector<double>& GetFinalBoneMatrixByTime(double currTime) override;
+  const std::vector<double>& GetFinalBoneMatrixByTime(SkinTime currTime) override;
 
   const std::vector<BoneSegment>& GetBoneXYZList() const { return FinalBoneXYZArray; }
 

@@ -160,7 +160,7 @@ TEST(ObjReader, MtlStatements) {
 TEST(ObjReader, PlanInterleavesAlignedArraysAndTakesThreeCorners) {
   const ObjModel m = Parse(
       "mtllib x\nusemtl tex\nv 1 2 3\nv 4 5 6\nvn 0 0 1\nvn 0 1 0\nvt 0.5 0.25\nvt 1 0\n"
-      "f 1/1/1 0/0/0 1/1/1 0/0/0\nf 7 8 9\n"
+      "f 1/1/1 0/0/0 1/1/1 0/0/0\nf 0 1 -1\n"
       "usemtl plain\nvn 1 1 1\nvt 9\n",
       {{"dir/model.mtl", "newmtl tex\nmap_Kd skin.png\n"}});
   const auto plans = PlanOBJSubmeshes(m, "dir", "dir/model.obj");
@@ -168,7 +168,7 @@ TEST(ObjReader, PlanInterleavesAlignedArraysAndTakesThreeCorners) {
   EXPECT_EQ(plans[0].submeshName, "submesh_0");
   EXPECT_EQ(plans[0].textureFile, "dir/skin.png");
   EXPECT_EQ(plans[0].vertices, (std::vector<double>{0.5, 0.25, 0, 0, 1, 1, 2, 3, 1, 0, 0, 1, 0, 4, 5, 6}));
-  EXPECT_EQ(plans[0].triangles, (std::vector<std::array<std::int64_t, 3>>{{1, 0, 1}, {7, 8, 9}}));
+  EXPECT_EQ(plans[0].triangles, (std::vector<std::array<std::int64_t, 3>>{{1, 0, 1}, {0, 1, 1}}));
   // No positions: no vertices, whatever else the group has; no MTL entry: no texture.
   EXPECT_EQ(plans[1].submeshName, "submesh_1");
   EXPECT_FALSE(plans[1].textureFile);
@@ -278,10 +278,10 @@ TEST(ObjReader, PlanRefusesWhatTheNodeWouldFailOn) {
       {"fewer normals", "usemtl a\nv 0 0 0\nv 0 0 0\nvt 0 0\nvt 0 0\nvn 0 0 1\n", true, "2 positions but 1 normals"},
       {"face of two corners", "usemtl a\nf 1 2\n", true, "face 0 has 2 corners"},
       {"empty face", "usemtl a\nf\n", true, "face 0 has 0 corners"},
-      {"index beyond 16 bits", "usemtl a\nv 0 0 0\nvt 0 0\nvn 0 0 1\nf 0 0 65536\n", false,
-       "vertex index 65536 does not fit"},
+      {"index past the vertices", "usemtl a\nv 0 0 0\nvt 0 0\nvn 0 0 1\nf 0 0 65536\n", false,
+       "vertex index 65536 is not one of its 1 vertices"},
       {"negative past the front", "usemtl a\nv 0 0 0\nvt 0 0\nvn 0 0 1\nf 0 0 -2\n", false,
-       "vertex index -1 does not fit"},
+       "vertex index -1 is not one of its 1 vertices"},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
@@ -290,9 +290,12 @@ TEST(ObjReader, PlanRefusesWhatTheNodeWouldFailOn) {
     const std::string got = c.index ? Failure<IndexError>(run) : Failure<ValueError>(run);
     EXPECT_NE(got.find(c.text), std::string::npos) << got;
   }
-  // Indices past the vertices are the node's concern: the plan keeps them.
-  const ObjModel m = Parse("usemtl a\nv 0 0 0\nvt 0 0\nvn 0 0 1\nf 0 5 65535\n");
-  EXPECT_EQ(PlanOBJSubmeshes(m, "", "m.obj")[0].triangles[0], (std::array<std::int64_t, 3>{0, 5, 65535}));
+  // Corners past the group's vertices are refused with the count; the last one is fine.
+  const ObjModel past = Parse("usemtl a\nv 0 0 0\nvt 0 0\nvn 0 0 1\nf 0 5 65535\n");
+  EXPECT_NE(Failure<ValueError>([&] { PlanOBJSubmeshes(past, "", "m.obj"); }).find("vertex index 5 is not one of its 1"),
+            std::string::npos);
+  const ObjModel last = Parse("usemtl a\nv 0 0 0\nvt 0 0\nvn 0 0 1\nf 0 0 -1\n");
+  EXPECT_EQ(PlanOBJSubmeshes(last, "", "m.obj")[0].triangles[0], (std::array<std::int64_t, 3>{0, 0, 0}));
 }
 
 TEST(ObjReader, FilesOnDisk) {

@@ -6,9 +6,48 @@
 
 #include "bind_node.h"
 #include "mesh/mesh.h"
+#include "mesh/skin_ani_data.h"
 #include "node_trampoline.h"
 
 namespace vorn::py_bind {
+
+namespace {
+
+// An action table from a script: {name: {bone: [(path, [(time, [values...]), ...]), ...]}}.
+OrderedMap<std::string, MeshAction> actions_from_py(py::dict actions) {
+  const auto bad = [] {
+    return py::type_error(
+        "Vorn_3DMesh.ActionDict: expected {name: {bone: [(path, [(time, [values]), ...]), ...]}}");
+  };
+  OrderedMap<std::string, MeshAction> out;
+  for (const auto& [name, bones] : actions) {
+    if (!py::isinstance<py::str>(name) || !py::isinstance<py::dict>(bones)) throw bad();
+    MeshAction action;
+    for (const auto& [bone, channels] : bones.cast<py::dict>()) {
+      if (!py::isinstance<py::int_>(bone)) throw bad();
+      std::vector<ActionChannel> list;
+      for (py::handle channel : py::list(py::reinterpret_borrow<py::object>(channels))) {
+        const py::list pair(py::reinterpret_borrow<py::object>(channel));
+        if (pair.size() != 2 || !py::isinstance<py::str>(pair[0])) throw bad();
+        ActionChannel c{pair[0].cast<std::string>(), {}};
+        for (py::handle sample : py::list(py::reinterpret_borrow<py::object>(pair[1]))) {
+          const py::list ts(py::reinterpret_borrow<py::object>(sample));
+          if (ts.size() != 2) throw bad();
+          ActionSample s{number_arg(ts[0], "Vorn_3DMesh.ActionDict", "a sample time"), {}};
+          for (py::handle v : py::list(py::reinterpret_borrow<py::object>(ts[1])))
+            s.value.push_back(number_arg(v, "Vorn_3DMesh.ActionDict", "a sample value"));
+          c.samples.push_back(std::move(s));
+        }
+        list.push_back(std::move(c));
+      }
+      action.set(bone.cast<int>(), std::move(list));
+    }
+    out.set(name.cast<std::string>(), std::move(action));
+  }
+  return out;
+}
+
+}  // namespace
 
 void bind_mesh(py::module_& m) {
   using Mesh = Vorn_3DMesh;
@@ -40,7 +79,7 @@ void bind_mesh(py::module_& m) {
            "Uploads the submesh's bone matrices to uBoneMatrixs (needs a GL context).")
       .def("draw_skeleton", &Mesh::draw_skeleton, "Draws the bone segments when SkeletonVisible.")
       .def_readwrite("IsFBX", &Mesh::IsFBX, "The mesh came from an FBX file.")
-      .def_property_readonly("ActionDict",
+      .def_property("ActionDict",
                              [](const Mesh& mesh) {
                                py::dict out;
                                for (const auto& [name, action] : mesh.ActionDict) {
@@ -58,7 +97,27 @@ void bind_mesh(py::module_& m) {
                                }
                                return out;
                              },
-                             "Action name to {bone: [(path, [(time, value), ...]), ...]} (a copy).")
+                             [](Mesh& mesh, py::dict actions) { mesh.ActionDict = actions_from_py(actions); },
+                             "Action name to {bone: [(path, [(time, value), ...]), ...]}: read as a copy,\n"
+                             "assigned whole (the GLB reader fills it).")
+      .def_property(
+          "SubMesh_Dict",
+          [](const Mesh& mesh) {
+            py::dict out;
+            for (const auto& [index, skin] : mesh.SubMesh_Dict) out[py::int_(index)] = py::cast(skin);
+            return out;
+          },
+          [](Mesh& mesh, py::dict skins) {
+            OrderedMap<int, std::shared_ptr<Vorn_SkinSubMeshAniData>> fresh;
+            for (const auto& [index, skin] : skins) {
+              if (!py::isinstance<py::int_>(index) || !py::isinstance<Vorn_SkinSubMeshAniData>(skin)) {
+                throw py::type_error("Vorn_3DMesh.SubMesh_Dict: expected {submesh index: Vorn_SkinSubMeshAniData}");
+              }
+              fresh.set(index.cast<int>(), skin.cast<std::shared_ptr<Vorn_SkinSubMeshAniData>>());
+            }
+            mesh.SubMesh_Dict = std::move(fresh);
+          },
+          "Submesh index to its skin animation object: read as a copy, assigned whole.")
       .def_readwrite("CurrActionName", &Mesh::CurrActionName, "Name of the action being played (FBX files).")
       .def_readwrite("CurrAnimation_Duration", &Mesh::CurrAnimation_Duration, "Length of the current action, or None.")
       .def_readwrite("CurrAnimation_BeginTime", &Mesh::CurrAnimation_BeginTime, "Start of the clock, or None.")

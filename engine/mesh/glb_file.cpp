@@ -104,7 +104,7 @@ GlbAttribute GlbFile::ReadAttributeData(std::int64_t vertexCount, const std::str
   const std::uint64_t recordBytes = static_cast<std::uint64_t>(number) * static_cast<std::uint64_t>(bytes);
   if (count > left() || count * recordBytes > left()) {
     throw ValueError(name_ + ": accessor of " + std::to_string(vertexCount) + " " + typeStr + " records needs " +
-                     (count > left() ? std::string("more than ") + std::to_string(left())
+                     (count > left() ? "at least " + std::to_string(count)
                                      : std::to_string(count * recordBytes)) +
                      " bytes at offset " + std::to_string(pos_) + ", the file has " + std::to_string(left()) +
                      " left");

@@ -44,10 +44,11 @@ std::string ActionsToPy(const OrderedMap<std::string, MeshAction>& actions) {
       out += (firstBone ? "" : ", ") + std::to_string(bone) + ": [";
       firstBone = false;
       for (std::size_t c = 0; c < channels.size(); ++c) {
-        out += (c ? ", (" : "(") + console::py_repr_str(channels[c].path) + ", [";
+        out += (c ? ", (" : "(") + console::py_repr_str(channels[c].path) + ", [";  // (path, samples)
         const auto& samples = channels[c].samples;
         for (std::size_t s = 0; s < samples.size(); ++s) {
-          out += (s ? ", (" : "(") + console::py_float(samples[s].time) + ", " + console::to_str(samples[s].value) + ")";
+          out += (s ? ", (" : "(") + console::py_float(samples[s].time) + ", ";
+          out += console::to_str(samples[s].value) + ")";
         }
         out += "])";
       }
@@ -58,10 +59,11 @@ std::string ActionsToPy(const OrderedMap<std::string, MeshAction>& actions) {
   return out + "}";
 }
 
-// A joint number from the file as a dictionary key: it must be a whole number.
-std::int64_t JointKey(double value, const std::string& path) {
+// A joint or vertex number from the file: float accessors may hold anything, and only
+// a whole number in range converts without undefined behaviour.
+std::int64_t WholeNumber(double value, const std::string& what) {
   if (!std::isfinite(value) || value != std::floor(value) || std::fabs(value) > 9.0e15) {
-    throw ValueError(path + ": joint number " + console::py_float(value) + " is not a whole number");
+    throw ValueError(what + " " + console::py_float(value) + " is not a whole number");
   }
   return static_cast<std::int64_t>(value);
 }
@@ -227,7 +229,9 @@ class Reader {
     const auto bytes = f_.read(static_cast<std::uint64_t>(length) - 8, "image data");
     std::shared_ptr<Image> image = DecodePNG(bytes);
     if (!image) throw ValueError(what + ": the bytes are not a PNG image");
-    if (image->mode() != Image::Mode::RGBA && image->mode() != Image::Mode::RGB) image = image->convert(Image::Mode::RGB);
+    if (image->mode() != Image::Mode::RGBA && image->mode() != Image::Mode::RGB) {
+      image = image->convert(Image::Mode::RGB);
+    }
     // Not flipped: v runs from the top in these files, so rows top first show upright.
     GlbImage out;
     out.format = image->mode() == Image::Mode::RGBA ? "RGBA" : "RGB";
@@ -239,8 +243,13 @@ class Reader {
 
   GlbSubmeshPlan ReadPrimitive(const GlbJson& prim, std::int64_t meshIndex, const std::vector<GlbImage>& materials) {
     const std::string what = Where("primitive of mesh", meshIndex);
-    const std::int32_t binLength = f_.read_i32_le("a BIN chunk header");
-    console::print("BIN_ChunkType:", ChunkTypeText(f_.read(4, "a BIN chunk header")), " Length:", binLength);
+    // Read as a stream reads: from a later primitive's position the header may be cut
+    // short by the end of the file, and its values are meaningless anyway.
+    const auto lengthBytes = f_.read_up_to(4);
+    std::uint32_t binLength = 0;
+    for (std::size_t i = 0; i < lengthBytes.size(); ++i) binLength |= std::uint32_t{lengthBytes[i]} << (8 * i);
+    const std::string binType = ChunkTypeText(f_.read_up_to(4));
+    console::print("BIN_ChunkType:", binType, " Length:", static_cast<std::int32_t>(binLength));
     beforeAttr_ = f_.tell();
 
     Attributes data;
@@ -271,7 +280,7 @@ class Reader {
 
     const GlbAttribute& indices = data.at("indices");
     plan.indices.reserve(indices.values.size());
-    for (const double v : indices.values) plan.indices.push_back(static_cast<std::int64_t>(v));
+    for (const double v : indices.values) plan.indices.push_back(WholeNumber(v, what + ": vertex index"));
     if (plan.withTexUV) BuildVertices(data, vertexCount, plan);
     return plan;
   }
@@ -330,7 +339,7 @@ class Reader {
       if (joints) {
         boneInfo.clear();
         for (std::size_t bi = 0; bi < static_cast<std::size_t>(joints->number); ++bi) {
-          const std::int64_t joint = JointKey(joints->at(v, bi, path_ + ": JOINTS_0"), path_);
+          const std::int64_t joint = WholeNumber(joints->at(v, bi, path_ + ": JOINTS_0"), path_ + ": joint number");
           boneInfo.emplace_back(joint, weights->at(v, bi, path_ + ": WEIGHTS_0"));
           boneDict[joint].push_back(static_cast<std::int64_t>(v));
         }
@@ -362,9 +371,9 @@ class Reader {
       if (!node.is_object()) throw TypeError(what + " is not an object");
       if (node.contains("mesh")) continue;
       FbxVector4 R(0, 0, 0, 0), S(1, 1, 1, 1), T(0, 0, 0, 0);
-      const auto vec = [&](const char* key, FbxVector4& v, int n) {
+      const auto vec = [&](const char* key, FbxVector4& v, int size) {
         if (!node.contains(key)) return;
-        for (int i = 0; i < n; ++i) {
+        for (int i = 0; i < size; ++i) {
           v[static_cast<std::size_t>(i)] = JsonNumber(JsonElement(node[key], i, what + " " + key), what + " " + key);
         }
       };

@@ -66,14 +66,15 @@ Doc Triangle(bool skin) {
     d.json["nodes"].push_back({{"name", "root"}, {"children", {2}}, {"translation", {0, 1, 0}}});
     d.json["nodes"].push_back({{"name", "tip"}, {"translation", {0, 1, 0}}, {"rotation", {0, 0, 0, 1}}});
     d.json["skins"] = GlbJson::array({{{"joints", {1, 2}}, {"inverseBindMatrices", 6}}});
-    d.json["animations"] = GlbJson::array({{{"name", "wave"},
-                                            {"channels", GlbJson::array({{{"sampler", 0}, {"target", {{"node", 1}, {"path", "translation"}}}},
-                                                                         {{"sampler", 1}, {"target", {{"node", 1}, {"path", "rotation"}}}},
-                                                                         {{"sampler", 2}, {"target", {{"node", 1}, {"path", "scale"}}}},
-                                                                         {{"sampler", 0}, {"target", {{"node", 2}, {"path", "translation"}}}}})},
-                                            {"samplers", GlbJson::array({{{"input", 7}, {"output", 8}},
-                                                                         {{"input", 7}, {"output", 9}},
-                                                                         {{"input", 7}, {"output", 10}}})}}});
+    const auto channel = [](int sampler, int node, const char* path) {
+      return GlbJson{{"sampler", sampler}, {"target", {{"node", node}, {"path", path}}}};
+    };
+    const auto sampler = [](int input, int output) { return GlbJson{{"input", input}, {"output", output}}; };
+    d.json["animations"] = GlbJson::array(
+        {{{"name", "wave"},
+          {"channels", GlbJson::array({channel(0, 1, "translation"), channel(1, 1, "rotation"),
+                                       channel(2, 1, "scale"), channel(0, 2, "translation")})},
+          {"samplers", GlbJson::array({sampler(7, 8), sampler(7, 9), sampler(7, 10)})}}});
   }
   d.json["meshes"] = GlbJson::array({{{"primitives", GlbJson::array({{{"attributes", attributes}, {"indices", 3}}})}}});
   return d;
@@ -111,7 +112,8 @@ TEST(GlbFile, PrintsValuesAsScriptsDo) {
   EXPECT_EQ(BytesToPy(Bytes{'g', 'l', 'T', 'F', 2, 0, '\\'}), "b'glTF\\x02\\x00\\\\'");
   // A single quote inside switches to double quotes, as scripts print it.
   EXPECT_EQ(BytesToPy(Bytes{'a', '\''}), "b\"a'\"");
-  EXPECT_EQ(JsonToPy(GlbJson::parse(R"({"b": [1, 2.5, null, true], "a": "x"})")), "{'b': [1, 2.5, None, True], 'a': 'x'}");
+  EXPECT_EQ(JsonToPy(GlbJson::parse(R"({"b": [1, 2.5, null, true], "a": "x"})")),
+            "{'b': [1, 2.5, None, True], 'a': 'x'}");
   EXPECT_EQ(ChunkTypeText(Bytes{'B', 0xFF, 'I', 'N'}), "BIN");
   GlbJson deep = GlbJson::array();
   for (int i = 0; i < 300; ++i) deep = GlbJson::array({deep});
@@ -258,8 +260,21 @@ TEST(GlbReader, MalformedFiles) {
   expect("JSON length past the end", header([](Bytes& f) { f[13] = 0x7F; }), ValueError{""}, "JSON chunk claims");
   expect("negative JSON length", header([](Bytes& f) { f[15] = 0x80; }), ValueError{""}, "JSON chunk claims");
   expect("invalid JSON", MakeGLB("{\"meshes\": [", {}), ValueError{""}, "not valid JSON");
+  expect("JSON nested a million deep", MakeGLB(std::string(1'000'000, '[') + std::string(1'000'000, ']'), {}),
+         ValueError{""}, "nested deeper");
+  expect("float vertex index", withDoc([](Doc& d) {
+           d.json["accessors"][3] = d.json["accessors"][0];
+           d.json["accessors"][3]["type"] = "SCALAR";
+           d.bin.data[4] = 0xFF, d.bin.data[5] = 0xFF, d.bin.data[6] = 0xFF, d.bin.data[7] = 0x7F;  // NaN
+         }),
+         ValueError{""}, "vertex index nan");
+  expect("second primitive past the end", withDoc([](Doc& d) {
+           d.json["meshes"][0]["primitives"].push_back(d.json["meshes"][0]["primitives"][0]);
+         }),
+         ValueError{""}, "accessor of 3 VEC3 records");
+  // The BIN header is read as a stream reads (short at the end); the data then is missing.
   expect("no BIN chunk", header([](Bytes& f) { f.resize(20 + f[12] + (f[13] << 8)); }), ValueError{""},
-         "BIN chunk header");
+         "needs at least 3 bytes at offset");
   expect("count in the billions", withDoc([](Doc& d) { d.json["accessors"][0]["count"] = 3'000'000'000LL; }),
          ValueError{""}, "3000000000 VEC3 records");
   expect("count past int64", withDoc([](Doc& d) { d.json["accessors"][0]["count"] = 18'000'000'000'000'000'000ULL; }),

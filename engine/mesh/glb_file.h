@@ -79,15 +79,4 @@ double JsonNumber(const GlbJson& value, const std::string& what);
 std::string JsonString(const GlbJson& value, const std::string& what);
 // Member count of an object or element count of an array (0 for anything else).
 std::int64_t JsonSize(const GlbJson& value) noexcept;
-
-// The document as a script's print shows the parsed value ({'a': [1, 2.5, None]}).
-// ValueError for a document nested deeper than 256 levels.
-std::string JsonToPy(const GlbJson& value, int depth = 0);
-// The records as a script prints them: a plain list for scalars, else a list of lists.
-std::string AttributeToPy(const GlbAttribute& attr);
-// A byte string as a script prints it (b'glTF\x02\x00').
-std::string BytesToPy(std::span<const std::uint8_t> bytes);
-// Chunk type text, decoded as UTF-8 with undecodable bytes dropped.
-std::string ChunkTypeText(std::span<const std::uint8_t> bytes);
-
 }  // namespace vorn

@@ -5,59 +5,12 @@
 
 #include "core/console.h"
 #include "core/errors.h"
+#include "mesh/glb_print.h"
 #include "node/game_node.h"
 #include "resource/png_codec.h"
 
 namespace vorn {
 namespace {
-
-using Attributes = OrderedMap<std::string, GlbAttribute>;
-
-std::string AttributesToPy(const Attributes& data) {
-  std::string out = "{";
-  bool first = true;
-  for (const auto& [name, attr] : data) {
-    out += (first ? "" : ", ") + console::py_repr_str(name) + ": " + AttributeToPy(attr);
-    first = false;
-  }
-  return out + "}";
-}
-
-std::string BoneDictToPy(const OrderedMap<std::int64_t, std::vector<std::int64_t>>& dict) {
-  std::string out = "{";
-  bool first = true;
-  for (const auto& [joint, vertices] : dict) {
-    out += (first ? "" : ", ") + std::to_string(joint) + ": " + console::to_str(vertices);
-    first = false;
-  }
-  return out + "}";
-}
-
-std::string ActionsToPy(const OrderedMap<std::string, MeshAction>& actions) {
-  std::string out = "{";
-  bool firstAction = true;
-  for (const auto& [name, action] : actions) {
-    out += (firstAction ? "" : ", ") + console::py_repr_str(name) + ": {";
-    firstAction = false;
-    bool firstBone = true;
-    for (const auto& [bone, channels] : action) {
-      out += (firstBone ? "" : ", ") + std::to_string(bone) + ": [";
-      firstBone = false;
-      for (std::size_t c = 0; c < channels.size(); ++c) {
-        out += (c ? ", (" : "(") + console::py_repr_str(channels[c].path) + ", [";  // (path, samples)
-        const auto& samples = channels[c].samples;
-        for (std::size_t s = 0; s < samples.size(); ++s) {
-          out += (s ? ", (" : "(") + console::py_float(samples[s].time) + ", ";
-          out += console::to_str(samples[s].value) + ")";
-        }
-        out += "])";
-      }
-      out += "]";
-    }
-    out += "}";
-  }
-  return out + "}";
-}
 
 // A joint or vertex number from the file: float accessors may hold anything, and only
 // a whole number in range converts without undefined behaviour.
@@ -252,7 +205,7 @@ class Reader {
     console::print("BIN_ChunkType:", binType, " Length:", static_cast<std::int32_t>(binLength));
     beforeAttr_ = f_.tell();
 
-    Attributes data;
+    GlbAttributes data;
     const GlbJson& attributes = JsonMember(prim, "attributes", what);
     if (!attributes.is_object()) throw TypeError(what + ": attributes is not an object");
     for (const auto& [name, accessor] : attributes.items()) {
@@ -314,7 +267,7 @@ class Reader {
     }
   }
 
-  void BuildVertices(const Attributes& data, std::size_t vertexCount, GlbSubmeshPlan& plan) {
+  void BuildVertices(const GlbAttributes& data, std::size_t vertexCount, GlbSubmeshPlan& plan) {
     const GlbAttribute& uv = data.at("TEXCOORD_0");
     const GlbAttribute& pos = data.at("POSITION");
     const GlbAttribute* normal = plan.withNormal ? &data.at("NORMAL") : nullptr;

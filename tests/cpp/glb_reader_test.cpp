@@ -11,6 +11,7 @@
 #include "core/errors.h"
 #include "glb_test_files.h"
 #include "mesh/glb_file.h"
+#include "mesh/glb_print.h"
 #include "mesh/glb_reader.h"
 #include "resource/image.h"
 #include "resource/png_codec.h"

@@ -58,6 +58,11 @@ void bind_mesh(py::module_& m) {
       py::dynamic_attr(), twin_type_setup());
   def_node_init<Mesh, PyNode<Mesh>>(cls, "Vorn_3DMesh", "__init__(self, x=0, y=0, z=0, parent=None)\n\n"
                                     "NodeType \"3DMesh\"; with a parent in a scene, loaded and hung under it.");
+  cls.def("LoadMeshFromFile_GLB", &Mesh::LoadMeshFromFile_GLB, py::arg("glbFile"), py::arg("swapyz") = false,
+          "Reads a binary glTF file: one submesh per primitive with its material's PNG image,\n"
+          "and for a skinned file a skin object per skinned submesh (SubMesh_Dict), the bind\n"
+          "skeleton and one action per animation (ActionDict). swapyz is accepted and unused.\n"
+          "A file that is not GLB prints a line and loads nothing; a broken one raises.");
   cls.def("LoadMeshFromFile_OBJ", &Mesh::LoadMeshFromFile_OBJ, py::arg("objFile"), py::arg("swapyz") = false,
           "Reads an OBJ file and the MTL file beside it (the OBJ's name with \".mtl\"): one\n"
           "submesh per material, its map_Kd texture, FX_DIFFUSE_TEXTURE (FX_TEXTURE without\n"

@@ -3,6 +3,7 @@
 
 #include "core/console.h"
 #include "core/errors.h"
+#include "mesh/glb_load.h"
 #include "mesh/obj_load.h"
 
 namespace vorn {
@@ -33,6 +34,10 @@ void Vorn_3DMesh::update_skin_animation(double delay) {
 
 void Vorn_3DMesh::LoadMeshFromFile_OBJ(const std::string& objFile, bool swapyz) {
   LoadOBJIntoNode(*this, objFile, swapyz);
+}
+
+void Vorn_3DMesh::LoadMeshFromFile_GLB(const std::string& glbFile, bool swapyz) {
+  LoadGLBIntoMesh(*this, glbFile, swapyz);
 }
 
 }  // namespace vorn

@@ -4,6 +4,7 @@
 // clock per mesh. Implemented over:
 //   mesh.cpp          actions, the clock, the loaders' dispatch
 //   mesh_gl.cpp       bone upload and the debug skeleton
+//   glb_load.cpp      the GLB loader (glb_reader.cpp, glb_file.cpp below it)
 #include <memory>
 #include <optional>
 #include <string>
@@ -37,6 +38,10 @@ class Vorn_3DMesh : public Vorn_3DGameNode {
   ~Vorn_3DMesh() override;
 
   // ---- Loaders ----
+  // Reads a binary glTF file: one submesh per primitive, its material image, and for a
+  // skinned file the skin objects, the bind skeleton and one action per animation.
+  // swapyz is accepted and not used.
+  void LoadMeshFromFile_GLB(const std::string& glbFile, bool swapyz = false);
   // Reads an OBJ file and the MTL file beside it: one submesh per material.
   void LoadMeshFromFile_OBJ(const std::string& objFile, bool swapyz = false);
 

@@ -17,12 +17,16 @@ NodeScene::NodePtr Vorn_3Dcene::CreateMeshFromFile(double x, double y, double z,
     const auto at = lower.find(ending);
     return at != std::string::npos && at > 0;
   };
-  if (found(".glb") || found(".fbx")) {
+  if (found(".fbx")) {
     // Refused before a mesh is made: the script's scene stays as it was.
-    throw RuntimeError("Vorn_3Dcene.CreateMeshFromFile: " + meshFile + ": this build reads OBJ models only");
+    throw RuntimeError("Vorn_3Dcene.CreateMeshFromFile: " + meshFile + ": this build reads OBJ and GLB models only");
   }
   auto newObj = MakeNode<Vorn_3DMesh>(x, y, z, parent);
-  if (found(".obj")) newObj->LoadMeshFromFile_OBJ(meshFile, swapyz);
+  if (found(".glb")) {
+    newObj->LoadMeshFromFile_GLB(meshFile, swapyz);
+  } else if (found(".obj")) {
+    newObj->LoadMeshFromFile_OBJ(meshFile, swapyz);
+  }
   // A name with none of the endings gives an empty mesh, without a message.
   newObj->OnLoad(shared_from_this());
   if (!parent) ObjectArray_3D.push_back(newObj);

@@ -141,6 +141,6 @@ def test_obj_models_through_the_scene(scene, tmp_path):
                                                                      [0, 1, 2])
     assert type(scene.CreateMeshFromFile(meshFile="notes.txt")) is V.Vorn_3DMesh  # no kind: an empty mesh
     before = len(scene.ObjectArray_3D)
-    with pytest.raises(RuntimeError, match="OBJ models only"):
-        scene.CreateMeshFromFile(meshFile="hero.glb")
+    with pytest.raises(RuntimeError, match="OBJ and GLB models only"):
+        scene.CreateMeshFromFile(meshFile="hero.fbx")
     assert len(scene.ObjectArray_3D) == before

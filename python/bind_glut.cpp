@@ -8,6 +8,7 @@
 #include <GL/freeglut.h>
 
 #include <chrono>
+#include <cstdlib>
 #include <memory>
 #include <optional>
 #include <thread>
@@ -126,6 +127,15 @@ void bind_glut(py::module_& m) {
         std::vector<char*> raw;
         for (auto& a : argv) raw.push_back(a.data());
         raw.push_back(nullptr);
+        // GLUT ends the process when the display cannot be opened: refuse first.
+        const char* display = nullptr;
+        for (std::size_t i = 0; i + 1 < argv.size(); ++i)
+          if (argv[i] == "-display") display = argv[i + 1].c_str();
+        if (!CanOpenDisplay(display)) {
+          const char* shown = display ? display : std::getenv("DISPLAY");
+          throw RuntimeError(std::string("glutInit: cannot open the display ") +
+                             (shown ? std::string("'") + shown + "'" : std::string("(DISPLAY is not set)")));
+        }
         int argc = static_cast<int>(argv.size());
         glutInit(&argc, raw.data());
         // Closing the window ends glutMainLoop() instead of the process.

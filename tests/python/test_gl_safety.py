@@ -28,6 +28,11 @@ CHILD_CASES = [
     ("text draw", "V.Vorn_Text(0, 0, 'hi').draw()", "RuntimeError", "Vorn_Text.draw: " + NO_CONTEXT),
     ("FX manager", "V.Vorn_FXManage()", "RuntimeError", "Vorn_FXManage.__init__: " + NO_CONTEXT),
     ("resource manager", "V.PyGameResManager('.')", "RuntimeError", "Vorn_FXManage.__init__: " + NO_CONTEXT),
+    # No display to open: GLUT would print an error and exit.
+    ("glutInit without a display", "import os; os.environ.pop('DISPLAY', None); V.glutInit()", "RuntimeError",
+     "glutInit: cannot open the display (DISPLAY is not set)"),
+    ("glutInit with a display that is not there", "import os; os.environ['DISPLAY'] = ':77'; V.glutInit()",
+     "RuntimeError", "glutInit: cannot open the display ':77'"),
     # Before glutInit: GLUT would print an error and exit.
     ("ReadScreenPixels", "V.ReadScreenPixels(0, 0, 1, 1)", "RuntimeError", "ReadScreenPixels: " + NO_INIT),
     ("SaveScreenshot", "V.SaveScreenshot('x.png')", "RuntimeError", "SaveScreenshot: " + NO_INIT),

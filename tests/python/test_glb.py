@@ -1,11 +1,9 @@
 """GLB models as scripts load them: files written here (JSON and BIN chunk), a plain
-and a skinned triangle with an image and an action, drawn and animated on screen, and
-broken files that give their line or exception."""
+and a skinned triangle with an image and an action, drawn and animated on screen. The
+reader's lines, arrays and broken files are checked by its C++ tests."""
 import json
 import struct
 import zlib
-
-import pytest
 
 import Vorn3DGameEngine as V
 from conftest import W, H, pixel
@@ -101,13 +99,8 @@ def test_plain_triangle(scene, tmp_path, capsys):
     view(scene)
     path = triangle(image=True).write(tmp_path / "tri.glb")
     mesh = scene.CreateMeshFromFile(meshFile=path)
-    out = capsys.readouterr().out.splitlines()
-    assert out[:3] == ["GLB_Header_Version: 2", out[1], out[2]] and out[1].startswith("GLB_Header_FileLength: ")
-    assert path + "  include  1  meshs." in out and "PNG Width: 2  Height: 2  Depth: 8  ColorType: 6" in out
-    assert (mesh.MeshFile, mesh.SubMeshList, mesh.VIndexArray[0]) == (path, ["submesh_0"], [0, 1, 2])
-    assert mesh.VertexArray_Custom[0][:8] == [0, 0, 0, 0, 1, -1, -1, 0]  # u, v, normal, position
-    assert mesh.SubMesh_Dict == {} and mesh.ActionDict == {} and not mesh.withSkin
-    assert mesh.GetSubMeshTextureInfo(0, 0) is not None
+    # Console lines and arrays are checked by the reader's C++ tests; here the script's view.
+    assert (mesh.MeshFile, mesh.SubMeshList, mesh.SubMesh_Dict, mesh.ActionDict) == (path, ["submesh_0"], {}, {})
     scene.DrawScene()
     assert lit(pixel(W // 2, H // 2))
 
@@ -116,18 +109,9 @@ def test_skinned_triangle_plays_its_action(scene, tmp_path, capsys):
     view(scene)
     path = triangle(skin=True, image=True).write(tmp_path / "skin.glb")
     mesh = scene.CreateMeshFromFile(meshFile=path)
-    out = capsys.readouterr().out.splitlines()
-    assert {"Node:root", "Node:tip", path + "  include  1  animation.",
-            "Animation walk  has  6 channels,  4 samplers.", "{0: [0, 0, 0, 0, 1, 1, 1, 1, 2, 2, 2, 2]}"} <= set(out)
-    assert mesh.withSkin and list(mesh.SubMesh_Dict) == [0]
-    skin = mesh.SubMesh_Dict[0]
-    assert isinstance(skin, V.Vorn_SkinSubMeshAni_GLB)
-    assert skin.InitBoneTree[2][0] == 1 and list(skin.InverseBindMatrices) == [1, 2]
-    walk = mesh.ActionDict["walk"]
-    assert list(walk) == [1, 2] and [c[0] for c in walk[1]] == ["translation", "rotation", "scale"]
-    assert walk[1][0][1] == [(0.0, [0.0, 0.0, 0.0]), (1.0, [2.0, 0.0, 0.0]), (2.0, [2.0, 0.0, 0.0])]
-    assert len(mesh.VertexArray_Custom[0]) == 45  # 15 floats a skinned vertex
-
+    assert mesh.withSkin and isinstance(mesh.SubMesh_Dict[0], V.Vorn_SkinSubMeshAni_GLB)
+    assert mesh.GetActionName(0) == "walk"
+    capsys.readouterr()
     mesh.PlayAction(0)
     assert "Duration:2.0000" in capsys.readouterr().out
     scene.DrawScene()
@@ -135,27 +119,3 @@ def test_skinned_triangle_plays_its_action(scene, tmp_path, capsys):
     mesh.CurrAnimation_CurrTime = 1.0  # the second key: two units to the right
     scene.DrawScene()
     assert not lit(pixel(W // 2 - 20, H // 2)) and lit(pixel(W // 2 + 116, H // 2))
-
-
-def test_broken_files(tmp_path, capsys):
-    mesh = V.Vorn_3DMesh()
-    bad = tmp_path / "bad.glb"
-    bad.write_bytes(b"GLTF" + bytes(40))
-    mesh.LoadMeshFromFile_GLB(str(bad))
-    assert capsys.readouterr().out.splitlines() == [str(bad) + "  is not a valid glb file."]
-    assert mesh.SubMeshList == []
-    mesh.LoadMeshFromFile_GLB(str(tmp_path / "missing.glb"))  # nothing to find: nothing happens
-    assert capsys.readouterr().out == ""
-
-    g = triangle()
-    g.doc["accessors"][0]["count"] = 2_000_000_000
-    with pytest.raises(ValueError, match="2000000000 VEC3 records"):
-        mesh.LoadMeshFromFile_GLB(g.write(bad))
-    g = triangle()
-    g.doc["accessors"][0]["bufferView"] = 42
-    with pytest.raises(IndexError, match="bufferViews index 42"):
-        mesh.LoadMeshFromFile_GLB(g.write(bad))
-    bad.write_bytes(b"glTF" + struct.pack("<III4s", 2, 30, 6, b"JSON") + b"{nope}")
-    with pytest.raises(ValueError, match="not valid JSON"):
-        mesh.LoadMeshFromFile_GLB(str(bad))
-    assert mesh.SubMeshList == []  # a broken file leaves the node as it was

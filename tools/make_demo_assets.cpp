@@ -1,64 +1,11 @@
-// Writes the demonstration's resources: "wall.jpg", a brick wall drawn procedurally, so
-// nothing is downloaded. Usage: make_demo_assets <Resources folder>
-#include <turbojpeg.h>
-
-#include <cmath>
+// Writes the demonstration's resources, drawn and modelled procedurally so nothing is
+// downloaded: "wall.jpg" (the floor) and "walker.glb" (the animated character).
+// Usage: make_demo_assets <Resources folder>
 #include <cstdio>
 #include <filesystem>
-#include <memory>
-#include <string>
-#include <vector>
 
-namespace {
-
-constexpr int kSize = 512;
-
-// Bricks of 64 by 32 pixels in running bond, with grey mortar and a little noise.
-std::vector<unsigned char> BrickWall() {
-  std::vector<unsigned char> rgb(kSize * kSize * 3);
-  unsigned seed = 12345;
-  auto noise = [&seed]() {
-    seed = seed * 1103515245u + 12345u;
-    return static_cast<int>((seed >> 16) % 25) - 12;
-  };
-  for (int y = 0; y < kSize; ++y) {
-    const int row = y / 32;
-    for (int x = 0; x < kSize; ++x) {
-      const int shifted = x + (row % 2) * 32;
-      const bool mortar = y % 32 < 3 || shifted % 64 < 3;
-      const int brickShade = ((row * 7 + shifted / 64 * 13) % 5) * 8;
-      int r = mortar ? 170 : 150 + brickShade;
-      int g = mortar ? 165 : 60 + brickShade / 2;
-      int b = mortar ? 155 : 45;
-      const int n = noise();
-      auto clamp = [](int v) { return static_cast<unsigned char>(v < 0 ? 0 : v > 255 ? 255 : v); };
-      unsigned char* px = &rgb[(y * kSize + x) * 3];
-      px[0] = clamp(r + n);
-      px[1] = clamp(g + n);
-      px[2] = clamp(b + n);
-    }
-  }
-  return rgb;
-}
-
-bool WriteJpeg(const std::string& path, const std::vector<unsigned char>& rgb) {
-  std::unique_ptr<void, int (*)(tjhandle)> tj(tjInitCompress(), &tjDestroy);
-  unsigned char* jpeg = nullptr;
-  unsigned long size = 0;
-  if (!tj || tjCompress2(tj.get(), rgb.data(), kSize, 0, kSize, TJPF_RGB, &jpeg, &size, TJSAMP_444, 90, 0) != 0) {
-    std::fprintf(stderr, "make_demo_assets: JPEG encoding failed\n");
-    return false;
-  }
-  std::unique_ptr<unsigned char, void (*)(unsigned char*)> owned(jpeg, &tjFree);
-  std::unique_ptr<FILE, int (*)(FILE*)> file(std::fopen(path.c_str(), "wb"), &std::fclose);
-  if (!file || std::fwrite(jpeg, 1, size, file.get()) != size) {
-    std::fprintf(stderr, "make_demo_assets: cannot write %s\n", path.c_str());
-    return false;
-  }
-  return true;
-}
-
-}  // namespace
+#include "brick_wall.h"
+#include "walker_model.h"
 
 int main(int argc, char** argv) {
   if (argc != 2) {
@@ -68,5 +15,11 @@ int main(int argc, char** argv) {
   const std::filesystem::path dir(argv[1]);
   std::error_code ec;
   std::filesystem::create_directories(dir, ec);
-  return WriteJpeg((dir / "wall.jpg").string(), BrickWall()) ? 0 : 1;
+  bool ok = vorn::tools::WriteBrickWallJPEG((dir / "wall.jpg").string());
+  const std::string walker = (dir / "walker.glb").string();
+  if (!vorn::tools::WriteWalkerGLB(walker)) {
+    std::fprintf(stderr, "make_demo_assets: cannot write %s\n", walker.c_str());
+    ok = false;
+  }
+  return ok ? 0 : 1;
 }

@@ -2,6 +2,7 @@
 
 #include <filesystem>
 #include <optional>
+#include <variant>
 
 #include "app/driver.h"
 #include "app/globals.h"
@@ -10,6 +11,7 @@
 #include "core/console.h"
 #include "core/gl_api.h"
 #include "core/screen_settings.h"
+#include "mesh/mesh.h"
 #include "resource/res_manager.h"
 #include "scene/scene.h"
 #include "shader/fx_3d.h"
@@ -37,17 +39,29 @@ DemoOptions parse(const std::vector<std::string>& args) {
   return options;
 }
 
-// The world: a plane of 20 by 20 tiles of 2 units, and a lit sphere and box where the
-// animated mesh will stand.
+// The world: a plane of 20 by 20 tiles of 2 units; one walker standing idle in the
+// middle and one walking a circle around it. The walker model is written by
+// make_demo_assets; without it the plane stands alone.
 void build_world(Vorn_3Dcene& scene) {
   auto newPlane = scene.CreatePlane(0.0, 0.0, 0.0, nullptr, 20, 20, 2.0);
   newPlane->LoadTextureFromFile("wall.jpg");
   newPlane->ApplyFX(Vorn_3DFX::FX_DIFFUSE_TEXTURE);
   newPlane->SetMeshColor(0.6, 0.6, 0.6, 0.6);
-  auto sphere = scene.CreateSphere(-1.5, 1.0, 0.0, nullptr, 1.0);
-  sphere->SetMeshColor(0.9, 0.4, 0.2, 1.0);
-  auto box = scene.CreateBox(1.5, 0.75, 0.0, nullptr, 1.5, 1.5, 1.5);
-  box->SetMeshColor(0.2, 0.5, 0.9, 1.0);
+  if (!ResManagerInstance || std::holds_alternative<std::monostate>(ResManagerInstance->GetResPath("walker.glb"))) {
+    return;
+  }
+
+  auto idle = std::dynamic_pointer_cast<Vorn_3DMesh>(scene.CreateMeshFromFile(0.0, 0.0, 0.0, nullptr, "walker.glb"));
+  if (idle) idle->PlayAction(1);  // "Idle"
+  // The pivot turns 40 degrees a second; the walker, three units out and turned to face
+  // the way the turn carries it (-z at the start), covers about the stride of its "Walk".
+  auto pivot = scene.Create3DGameNode(0.0, 0.0, 0.0);
+  pivot->SetLoopRotateY(40.0);
+  auto walker = std::dynamic_pointer_cast<Vorn_3DMesh>(scene.CreateMeshFromFile(3.0, 0.0, 0.0, pivot, "walker.glb"));
+  if (walker) {
+    walker->SetRY(180.0);
+    walker->PlayAction(0);  // "Walk"
+  }
 }
 
 // Each callback runs behind the boundary: an exception ends the loop and reaches main.

@@ -1,10 +1,12 @@
 // Writes the demonstration's resources, drawn and modelled procedurally so nothing is
-// downloaded: "wall.jpg" (the floor) and "walker.glb" (the animated character).
+// downloaded: "wall.jpg", "walker.glb" (the animated character) and, in "Terrain", the
+// landscape's height and blend files with their textures.
 // Usage: make_demo_assets <Resources folder>
 #include <cstdio>
 #include <filesystem>
 
 #include "brick_wall.h"
+#include "terrain_assets.h"
 #include "walker_model.h"
 
 int main(int argc, char** argv) {
@@ -19,6 +21,10 @@ int main(int argc, char** argv) {
   const std::string walker = (dir / "walker.glb").string();
   if (!vorn::tools::WriteWalkerGLB(walker)) {
     std::fprintf(stderr, "make_demo_assets: cannot write %s\n", walker.c_str());
+    ok = false;
+  }
+  if (!vorn::tools::WriteIslandTerrain((dir / "Terrain").string())) {
+    std::fprintf(stderr, "make_demo_assets: cannot write the terrain files in %s\n", (dir / "Terrain").string().c_str());
     ok = false;
   }
   return ok ? 0 : 1;

@@ -1,7 +1,9 @@
 // Writes a few small valid files of each kind as starting corpora for the fuzz targets:
-//   make_seeds <corpus root>   (folders tga/, dds/, image_codec/, obj/ below it)
+//   make_seeds <corpus root>   (folders tga/, dds/, image_codec/, obj/, height_file/,
+//                               blend_file/ below it)
 #include <turbojpeg.h>
 
+#include <algorithm>
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
@@ -68,7 +70,9 @@ Bytes jpeg(const vorn::Image& im, int subsamp, int flags) {
 int main(int argc, char** argv) {
   if (argc < 2) return 2;
   const fs::path root = argv[1];
-  for (const char* sub : {"tga", "dds", "image_codec", "obj"}) fs::create_directories(root / sub);
+  for (const char* sub : {"tga", "dds", "image_codec", "obj", "height_file", "blend_file"}) {
+    fs::create_directories(root / sub);
+  }
 
   // OBJ text, a NUL, then the MTL text its "mtllib" line reads.
   const auto text = [](const std::string& t) { return Bytes(t.begin(), t.end()); };
@@ -79,6 +83,24 @@ int main(int argc, char** argv) {
   write(root / "obj" / "two_groups",
         text("# two groups\nusemtl a\nv 1e3 -2.5 +3\nvt 0.5 0.5 0\nvn 0 1 0\nf 0 0 0 0\r\n"
              "usemat b\r\nv inf nan 1_0\nvt 0 0\nvn 1 0 0\nf 0//0 0 0\nusemtl a\n"));
+
+  // Height files: a binary 2 by 1 grid, and the text forms of a grid.
+  Bytes height;
+  u32(height, 2);
+  u32(height, 1);
+  for (int i = 0; i < 6; ++i) u32(height, 0x3F800000u + static_cast<std::uint32_t>(i) * 0x100000u);
+  write(root / "height_file" / "binary_2x1", height);
+  write(root / "height_file" / "text_1x1", text("1,1,0.5,-2e1, 1_0 ,inf\n"));
+  write(root / "height_file" / "text_2x1", text("2,1,0,1,2,3,4,5,nan"));
+  // A blend record: names padded to 64 bytes, one of them ".jpg", then five densities.
+  Bytes blend;
+  for (const std::string& name : std::vector<std::string>{"mask.tga", "grass.jpg", "rock.dds", "", std::string(64, 's')}) {
+    Bytes field(64, 0);
+    std::copy(name.begin(), name.end(), field.begin());
+    blend.insert(blend.end(), field.begin(), field.end());
+  }
+  for (int i = 0; i < 5; ++i) u32(blend, 0x3F800000u + static_cast<std::uint32_t>(i) * 0x800000u);
+  write(root / "blend_file" / "record", blend);
 
   write(root / "tga" / "rgb24", tga(24, 0, 4, 3));
   write(root / "tga" / "rgba32", tga(32, 8, 3, 4));

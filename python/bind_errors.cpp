@@ -22,6 +22,10 @@ void bind_errors(py::module_&) {
       PyErr_SetString(PyExc_AttributeError, e.what());
     } catch (const RecursionError& e) {
       PyErr_SetString(PyExc_RecursionError, e.what());
+    } catch (const FileNotFoundError& e) {
+      PyErr_SetString(PyExc_FileNotFoundError, e.what());
+    } catch (const OSError& e) {
+      PyErr_SetString(PyExc_OSError, e.what());
     } catch (const RuntimeError& e) {
       PyErr_SetString(PyExc_RuntimeError, e.what());
     }

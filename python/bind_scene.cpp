@@ -122,6 +122,22 @@ void bind_factories(SceneClass& cls) {
                                       py::arg("radius") = 0.5, py::arg("height") = 1.0, py::arg("statckR") = 30);
 }
 
+// The terrain factory and its file loader.
+void bind_terrain_factories(SceneClass& cls) {
+  Factory<&Scene::CreateTerrain>::def(
+      cls, "CreateTerrain",
+      "A Vorn_3DTerrain of 128 by 128 tiles of 1.0 with texture coordinates and FX_TERRAIN\n"
+      "(given before OnLoad); a root terrain joins ObjectArray_3DTerrain.");
+  cls.def(
+      "LoadTerrain", [](Scene& s, const std::string& terrainDir) { return node_to_py(s.LoadTerrain(terrainDir)); },
+      py::arg("terrainDir"),
+      "Loads terrainDir + \".hei\" (LoadHeightFile) and terrainDir + \".ter\" (LoadBlendFile)\n"
+      "into the first entry of ObjectArray_3DTerrain, made by CreateTerrain(0, 0, 0) when the\n"
+      "registry is empty, applies FX_TERRAIN and returns it. terrainDir is a path without\n"
+      "an extension. The loaders' exceptions pass through (FileNotFoundError, ValueError);\n"
+      "an entry that is not a Vorn_3DTerrain is an AttributeError.");
+}
+
 py::dict camera_map(const OrderedMap<int, NodeRef>& map) {
   py::dict out;
   for (const auto& [id, camera] : map) out[py::int_(id)] = node_to_py(camera);
@@ -197,6 +213,7 @@ void bind_scene_class(py::module_& m) {
 
   // Factories and lookups.
   bind_factories(cls);
+  bind_terrain_factories(cls);
   Factory<&Scene::Create3DGameNode>::def(cls, "Create3DGameNode",
                                          "A Vorn_3DGameNode loaded into the scene; a root node joins ObjectArray_3D.");
   cls.def("Create2DText", &Scene::Create2DText, py::arg("x"), py::arg("y"), py::arg("text"), py::arg("r") = 1.0,

@@ -5,9 +5,11 @@
 // `node.children.append` or `node.BindingVarArray["hp"] = 3` reaches the engine.
 #include <pybind11/pybind11.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "bind_common.h"
 #include "core/console.h"
@@ -144,6 +146,14 @@ void bind_table_view(py::module_& m, const char* name, const char* doc) {
           },
           py::is_operator())
       .def("__repr__", [](const V& v) {
+        // A table that holds a view of itself prints "{...}" there, as a dict that
+        // holds itself does; each view is a new object, so the table is the key.
+        static std::vector<const void*> open;
+        if (std::find(open.begin(), open.end(), v.table) != open.end()) return std::string("{...}");
+        open.push_back(v.table);
+        struct Close {
+          ~Close() { open.pop_back(); }
+        } close;
         py::dict mine;
         for (const auto& [k, value] : *v.table) mine[py::str(k)] = Conv::to_py(value);
         return std::string(py::repr(mine));

@@ -59,4 +59,16 @@ class RecursionError : public Error {
   using Error::Error;
 };
 
+// A file could not be opened or read.
+class OSError : public Error {
+ public:
+  using Error::Error;
+};
+
+// A file named by a script does not exist (Python's FileNotFoundError, an OSError).
+class FileNotFoundError : public OSError {
+ public:
+  using OSError::OSError;
+};
+
 }  // namespace vorn

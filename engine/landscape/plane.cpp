@@ -66,7 +66,10 @@ void Vorn_3DPlane::CreatePlane(int rows, int cows, double tilesize, bool withTex
   TileSize = tilesize;
 
   // Grid points row by row. A point with a point before it in both directions takes
-  // its normal from the two height differences (not scaled by the tile size).
+  // its normal from the two height differences (not scaled by the tile size): the
+  // normalised cross product of (0, dz, 1) and (1, dx, 0), written out so that a large
+  // grid does not pay for a general vector product per point. The products by 0 and 1
+  // stay, so infinite and NaN heights give what the general product gives.
   Vec3Array& positions = VertexArray_Positon.at(s);
   Vec3Array& normals = VertexArray_Normal.at(s);
   positions.reserve(positions.size() + pointCount);
@@ -76,27 +79,33 @@ void Vorn_3DPlane::CreatePlane(int rows, int cows, double tilesize, bool withTex
     for (int cow = 0; cow <= cows; ++cow) {
       const std::size_t vIndex = static_cast<std::size_t>(row) * stride + static_cast<std::size_t>(cow);
       const double y = heights ? (*heights)[vIndex] : 0.0;
-      Vector3 normal(0.0, 1.0, 0.0);
+      double nx = 0.0, ny = 1.0, nz = 0.0;
       if (heights && row > 0 && cow > 0) {
-        const double y_last_x = (*heights)[vIndex - 1];
-        const double y_last_z = (*heights)[vIndex - stride];
-        normal = Vector3(0.0, y - y_last_z, 1.0).cross(Vector3(1.0, y - y_last_x, 0.0));
-        normal.normalize();
+        const double dx = y - (*heights)[vIndex - 1];
+        const double dz = y - (*heights)[vIndex - stride];
+        nx = dz * 0.0 - 1.0 * dx;
+        ny = 1.0 * 1.0 - 0.0 * 0.0;
+        nz = 0.0 * dx - dz * 1.0;
+        const double len = std::sqrt(nx * nx + ny * ny + nz * nz);
+        if (len != 0.0) nx /= len, ny /= len, nz /= len;
       }
       const auto p = GridPoint(cow, row, y);
       positions.push_back(VertexEntry<3>(p[0], p[1], p[2]));
-      normals.push_back(VertexEntry<3>(normal.x, normal.y, normal.z));
+      normals.push_back(VertexEntry<3>(nx, ny, nz));
     }
   }
   // A renderer without UV data could not build a textured layout.
   if (withTexUV_) GenTexCoords(s, false);
 
+  // Each tile's corners in the order of GetTileVertexIndexList; the grid's size was
+  // checked above, so no index can overflow.
   IndexArray& indices = VIndexArray.at(s);
   indices.reserve(indices.size() + static_cast<std::size_t>(rows) * static_cast<std::size_t>(cows) * 4);
+  const auto step = static_cast<std::int64_t>(stride);
   for (int tileZ = 0; tileZ < rows; ++tileZ) {
     for (int tileX = 0; tileX < cows; ++tileX) {
-      const auto quad = GetTileVertexIndexList(tileX, tileZ);
-      indices.insert(indices.end(), quad.begin(), quad.end());
+      const std::int64_t vIndex = tileZ * step + tileX;
+      indices.insert(indices.end(), {vIndex, vIndex + 1, vIndex + 1 + step, vIndex + step});
     }
   }
 

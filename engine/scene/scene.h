@@ -147,6 +147,11 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
                      double radius_in = 0.5, double radius_out = 1.0, double height = 1.0, int statckR = 30);
   NodePtr CreateCapsule(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
                         double radius = 0.5, double height = 1.0, int statckR = 30);
+  // A Vorn_3DTerrain of 128 by 128 tiles with FX_TERRAIN (scene_factories_terrain.cpp).
+  NodePtr CreateTerrain(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr);
+  // Loads terrainDir + ".hei" and terrainDir + ".ter" into the first entry of
+  // ObjectArray_3DTerrain (made by CreateTerrain when the registry is empty).
+  NodePtr LoadTerrain(const std::string& terrainDir);
   const NodeList& GetPointLightList() const override { return LightList; }
   const NodeList& Get2DObjectArray() const { return ObjectArray_2D; }
   const NodeList& Get3DObjectArray() const override { return ObjectArray_3D; }

@@ -137,6 +137,9 @@ def test_binding_tables_and_events(capsys):
     assert capsys.readouterr().out == "No Find Variable\n"
     n.BindingVarArray["hp"] = 3  # the live table reaches the engine
     assert n.GetBindingVar("hp") == 3 and n.GetBindingVarArray() == {"hp": 3}
+    n.BindingVarArray["me"] = n.BindingVarArray  # holds itself: printed as a dict would be
+    assert repr(n.BindingVarArray) == "{'hp': 3, 'me': {...}}"
+    del n.BindingVarArray["me"]
 
     # An inner event binds on_<name> at its first call, and is not looked up again.
     n.CallInnerEvent("PickDown", px=1, py=2)

@@ -64,8 +64,8 @@ void Vorn_3DGrass::CreateGrass(double radius, double density, double minW, doubl
   const double vertexBound = std::floor(density) * (mostSections + 1.0) * 2.0;
   if (vertexBound > static_cast<double>(kMaxVertices)) {
     throw ValueError(std::string(kWhere) + "density " + number_text(density) + " with blades of up to " +
-                     number_text(mostSections) + " sections would make more than " + std::to_string(kMaxVertices) +
-                     " vertices");
+                     console::to_str(static_cast<std::int64_t>(mostSections)) + " sections would make more than " +
+                     std::to_string(kMaxVertices) + " vertices");
   }
 
   statckR = radius;

@@ -144,10 +144,22 @@ void Vorn_3DGrass::StandOnGround(bool /*standOn*/) {
   // before its first update stands where it was placed.
   UpdateMatrices();
   const Vector3 WorldPostion = GetWorldXYZ();
+  // A blade's edge stands above one ground point at every section, so a vertex has the
+  // x and z of the vertex two before it: that one's rise is reused instead of asking
+  // the ground again (the query is the cost of this operation).
+  struct Rise {
+    double x, z, dy;
+  };
   for (auto& [s, positions] : VertexArray_Positon) {
-    for (VertexEntry<3>& p : positions) {
+    Rise last[2] = {{NAN, NAN, 0.0}, {NAN, NAN, 0.0}};
+    for (std::size_t i = 0; i < positions.size(); ++i) {
+      VertexEntry<3>& p = positions[i];
       if (p.size < 3) continue;
-      p.v[1] += scene->Get3DTerrainY(p.v[0] + WorldPostion.x, p.v[2] + WorldPostion.z);
+      Rise& same = last[i & 1];
+      if (p.v[0] != same.x || p.v[2] != same.z) {
+        same = {p.v[0], p.v[2], scene->Get3DTerrainY(p.v[0] + WorldPostion.x, p.v[2] + WorldPostion.z)};
+      }
+      p.v[1] += same.dy;
     }
   }
   BuildVBO();

@@ -80,7 +80,8 @@ void bind_grass(py::module_& m) {
            "Stores SwingSpeed and SwingRegion.")
       .def("StandOnGround", &Grass::StandOnGround, py::arg("standOn") = true,
            "Raises every blade vertex by the scene's Get3DTerrainY at its x and z plus the\n"
-           "node's world x and z, then BuildVBO(). The blades keep that shape when the node\n"
+           "node's world x and z (asked once per blade edge, whose vertices share x and z),\n"
+           "then BuildVBO(). The blades keep that shape when the node\n"
            "moves later. standOn is accepted and not used. Without a scene prints\n"
            "\"No SceneInstance\" and changes nothing.")
       .def("draw_begin_shader", &Grass::draw_begin_shader, py::arg("submeshIndex"),

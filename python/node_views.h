@@ -5,9 +5,11 @@
 // `node.children.append` or `node.BindingVarArray["hp"] = 3` reaches the engine.
 #include <pybind11/pybind11.h>
 
+#include <algorithm>
 #include <functional>
 #include <memory>
 #include <string>
+#include <vector>
 
 #include "bind_common.h"
 #include "core/console.h"
@@ -144,6 +146,15 @@ void bind_table_view(py::module_& m, const char* name, const char* doc) {
           },
           py::is_operator())
       .def("__repr__", [](const V& v) {
+        // A value may hold this table again, through a view made anew at each read that
+        // Python's own cycle guard cannot recognise: the inner occurrence prints {...}.
+        static std::vector<const void*> printing;
+        const void* self = v.table;
+        if (std::find(printing.begin(), printing.end(), self) != printing.end()) return std::string("{...}");
+        printing.push_back(self);
+        struct Done {
+          ~Done() { printing.pop_back(); }
+        } done;
         py::dict mine;
         for (const auto& [k, value] : *v.table) mine[py::str(k)] = Conv::to_py(value);
         return std::string(py::repr(mine));

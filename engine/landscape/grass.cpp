@@ -3,6 +3,7 @@
 
 #include <cmath>
 #include <cstdint>
+#include <limits>
 #include <string>
 
 #include "core/console.h"
@@ -151,7 +152,8 @@ void Vorn_3DGrass::StandOnGround(bool /*standOn*/) {
     double x, z, dy;
   };
   for (auto& [s, positions] : VertexArray_Positon) {
-    Rise last[2] = {{NAN, NAN, 0.0}, {NAN, NAN, 0.0}};
+    constexpr double none = std::numeric_limits<double>::quiet_NaN();  // equal to no x
+    Rise last[2] = {{none, none, 0.0}, {none, none, 0.0}};
     for (std::size_t i = 0; i < positions.size(); ++i) {
       VertexEntry<3>& p = positions[i];
       if (p.size < 3) continue;

@@ -38,6 +38,7 @@ class Vorn_3DGrass : public Vorn_3DGameNode {
 
   // Raises every vertex by the scene's ground height (Get3DTerrainY) below it, at the
   // vertex's x and z plus the node's world x and z, then rebuilds the buffers. The
+  // ground is asked once per blade edge (the vertices of an edge share x and z). The
   // blades keep that shape: a node moved later does not follow the ground. standOn is
   // accepted for the base operation's signature and not used. Without a scene prints
   // "No SceneInstance" and changes nothing.

@@ -137,6 +137,10 @@ def test_binding_tables_and_events(capsys):
     assert capsys.readouterr().out == "No Find Variable\n"
     n.BindingVarArray["hp"] = 3  # the live table reaches the engine
     assert n.GetBindingVar("hp") == 3 and n.GetBindingVarArray() == {"hp": 3}
+    # A table held inside itself prints as a dict would, without endless recursion.
+    n.BindingVarArray["self"] = {"table": n.BindingVarArray}
+    assert repr(n.BindingVarArray) == "{'hp': 3, 'self': {'table': {...}}}"
+    del n.BindingVarArray["self"]
 
     # An inner event binds on_<name> at its first call, and is not looked up again.
     n.CallInnerEvent("PickDown", px=1, py=2)

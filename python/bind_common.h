@@ -90,6 +90,7 @@ void bind_mesh(py::module_& m);
 void bind_mesh_skin(py::module_& m);
 void bind_overlay(py::module_& m);
 void bind_scene(py::module_& m);
+void bind_water_grass(py::module_& m);
 void bind_globals(py::module_& m);
 
 }  // namespace vorn::py_bind

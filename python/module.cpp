@@ -38,6 +38,9 @@ PYBIND11_MODULE(_engine, m) {
   bind_overlay(m);
   // The scene uses every class above.
   bind_scene(m);
+  // Ocean and grass add their factories to the scene's class, and the ocean derives
+  // from the plane of bind_landscape.
+  bind_water_grass(m);
   // Globals last: object globals refer to classes bound above.
   bind_globals(m);
 }

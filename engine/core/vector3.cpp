@@ -23,15 +23,6 @@ Vector3 Vector3::operator/(double n) const {
   return {x / n, y / n, z / n};
 }
 
-Vector3 Vector3::cross(const Vector3& o) const noexcept {
-  // Each component is integral when the four factors it multiplies are.
-  const std::uint8_t both = intMask & o.intMask;
-  auto has = [both](int a, int b) { return (both & bit(a)) && (both & bit(b)); };
-  const std::uint8_t mask = static_cast<std::uint8_t>((has(1, 2) ? bit(0) : 0) | (has(2, 0) ? bit(1) : 0) |
-                                                      (has(0, 1) ? bit(2) : 0));
-  return {y * o.z - z * o.y, z * o.x - x * o.z, x * o.y - y * o.x, mask};
-}
-
 void Vector3::normalize() noexcept {
   const double len = length();
   if (len == 0.0) return;

@@ -38,7 +38,14 @@ class Vector3 {
   // Raises ZeroDivisionError for n == 0.
   Vector3 operator/(double n) const;
 
-  Vector3 cross(const Vector3& o) const noexcept;
+  // Inline: the ray/triangle test behind ground queries calls it per point.
+  Vector3 cross(const Vector3& o) const noexcept {
+    // Each component is integral when the four factors it multiplies are.
+    const std::uint8_t both = intMask & o.intMask;
+    const auto mask = static_cast<std::uint8_t>(((both & 6) == 6 ? 1 : 0) | ((both & 5) == 5 ? 2 : 0) |
+                                                ((both & 3) == 3 ? 4 : 0));
+    return {y * o.z - z * o.y, z * o.x - x * o.z, x * o.y - y * o.x, mask};
+  }
   double dot(const Vector3& o) const noexcept { return x * o.x + y * o.y + z * o.z; }
   // Whether dot() of these two is a script integer.
   bool dot_is_int(const Vector3& o) const noexcept { return (intMask & o.intMask) == kAllInt; }

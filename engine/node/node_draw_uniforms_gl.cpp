@@ -65,6 +65,13 @@ ProgramUniforms lookup(GLuint program) {
       {"uTexSize", &ProgramUniforms::uTexSize},
       {"uMSKSize", &ProgramUniforms::uMSKSize},
       {"uTextureDensity", &ProgramUniforms::uTextureDensity},
+      {"uSwingSpeed", &ProgramUniforms::uSwingSpeed},
+      {"uSwingRegion", &ProgramUniforms::uSwingRegion},
+      {"uWaveFreq", &ProgramUniforms::uWaveFreq},
+      {"uWaveAmp", &ProgramUniforms::uWaveAmp},
+      {"uBumpScale", &ProgramUniforms::uBumpScale},
+      {"uBumpSpeedX", &ProgramUniforms::uBumpSpeedX},
+      {"uBumpSpeedY", &ProgramUniforms::uBumpSpeedY},
   };
   for (const Entry& e : kEntries) u.*e.field = glGetUniformLocation(program, e.name);
   for (int c = 0; c < 8; ++c) u.texture[c] = glGetUniformLocation(program, ("texture" + std::to_string(c)).c_str());

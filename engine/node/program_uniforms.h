@@ -39,6 +39,14 @@ struct ProgramUniforms {
   GLint uTextureDensity = -1;
   // Bone matrices of skinned meshes.
   GLint uBoneMatrixs = -1;
+  // Grass swing and ocean waves, set by those node classes' draw_begin_shader.
+  GLint uSwingSpeed = -1;
+  GLint uSwingRegion = -1;
+  GLint uWaveFreq = -1;
+  GLint uWaveAmp = -1;
+  GLint uBumpScale = -1;
+  GLint uBumpSpeedX = -1;
+  GLint uBumpSpeedY = -1;
   // "texture0" to "texture7".
   GLint texture[8] = {-1, -1, -1, -1, -1, -1, -1, -1};
 };

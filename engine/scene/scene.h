@@ -152,6 +152,18 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   // Loads terrainDir + ".hei" and terrainDir + ".ter" into the first entry of
   // ObjectArray_3DTerrain (made by CreateTerrain when the registry is empty).
   NodePtr LoadTerrain(const std::string& terrainDir);
+  // Water and grass (scene_factories_water_grass.cpp).
+  // A Vorn_3DOcean of 128 by 128 tiles with FX_OCEAN. A root ocean joins
+  // ObjectArray_3DTerrain (so it also answers Get3DTerrainY), not ObjectArray_3DOcean.
+  NodePtr CreateOcean(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr);
+  // Element 0 of ObjectArray_3DOcean, or CreateOcean(0, 0, 0) while that registry is
+  // empty. CreateOcean never fills it, so each call makes one more ocean unless a script
+  // put one there. oceanDir is not used.
+  NodePtr LoadOcean(const std::string& oceanDir);
+  // A Vorn_3DGrass patch with FX_GRASS; a root patch joins ObjectArray_3D.
+  NodePtr CreateGrass(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                      double radius = 0.5, double density = 50, double minW = 0.3, double maxW = 0.6,
+                      double minH = 0.3, double maxH = 0.6, double subsectionH = 0.2);
   const NodeList& GetPointLightList() const override { return LightList; }
   const NodeList& Get2DObjectArray() const { return ObjectArray_2D; }
   const NodeList& Get3DObjectArray() const override { return ObjectArray_3D; }

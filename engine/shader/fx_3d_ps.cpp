@@ -128,9 +128,13 @@ std::string Vorn_3DFX::GetPS_Ocean() {
   return code.GenPSCode();
 }
 
+// The alpha test samples texture0 at vTexCoord; both are declared here so that strict
+// drivers (Mesa) compile the program.
 std::string Vorn_3DFX::GetPS_Grass() {
   Vorn_Shader_Code& code = CurrentCode("GetPS_Grass");
   code.SetPSVary_Diffuse();
+  code.SetPSVary_UV();
+  code.SetPSUni_Texture();
   code.GenPSFunCode_Texture_AlphaTest();
   return code.GenPSCode();
 }

@@ -361,10 +361,14 @@ std::string Vorn_3DFX::GetVS_Diffuse_Texture_Specular_Skin() {
   return code.GenVSCode();
 }
 
+// The swing reads uCurrTime and the diffuse term uSunLight; both are declared here so
+// that strict drivers (Mesa) compile the program.
 std::string Vorn_3DFX::GetVS_Grass() {
   Vorn_Shader_Code& code = NewCode();
   code.SetVSAttribute_Position();
   code.SetVSUniform_Grass();
+  code.SetVSUniform_Time();
+  code.SetVSUniform_Diffuse();
   code.SetVSVary_UV();
   code.SetVSVary_Diffuse();
   code.GenVSFunCode_Grass();
@@ -373,13 +377,20 @@ std::string Vorn_3DFX::GetVS_Grass() {
   return code.GenVSCode();
 }
 
+// The waves read uCurrTime, uTexScale and uEyePosition, declared here, and their
+// statements run inside main() rather than where GenVSFunCode_Ocean leaves them, so
+// that strict drivers (Mesa) compile the program.
 std::string Vorn_3DFX::GetVS_Ocean() {
   Vorn_Shader_Code& code = NewCode();
   code.SetVSAttribute_Position();
   code.SetVSUniform_Ocean();
+  code.SetVSUniform_Time();
+  code.SetVSUniform_TexScale();
+  code.SetVSUniform_EyePosition();
   code.SetVSVary_Position();
   code.SetVSVary_Ocean();
   code.GenVSFunCode_Ocean();
+  code.MoveVSWaveBlockIntoMain();
   return code.GenVSCode();
 }
 

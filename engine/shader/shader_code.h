@@ -190,6 +190,11 @@ class Vorn_Shader_Code {
   void GenVSFunCode_BTN();
   void GenVSFunCode_Diffuse();
   void GenVSFunCode_Ocean();
+  // Moves the wave block that GenVSFunCode_Ocean leaves ahead of main() to the top of
+  // main()'s body, where its statements are legal GLSL; call it right after
+  // GenVSFunCode_Ocean (slot 11 then holds the wave block only). Nothing happens when
+  // slot 11 is absent.
+  void MoveVSWaveBlockIntoMain();
   void GenVSFunCode_Terrain();
   void GenVSFunCode_TiledMap();
   void GenVSFunCode_Grass();

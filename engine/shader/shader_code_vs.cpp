@@ -278,6 +278,14 @@ void Vorn_Shader_Code::GenVSFunCode_Ocean() {
       {"gl_Position = gl_ModelViewProjectionMatrix * P;", "vProjTexC = gl_Position;"});
 }
 
+void Vorn_Shader_Code::MoveVSWaveBlockIntoMain() {
+  const auto wave = VSCode_Dict.find(PS_CODE_VARY_OCEAN);
+  if (wave == VSCode_Dict.end()) return;
+  ShaderLines& body = VSCode_Dict[VS_CODE_FUNCTION_BEGIN];
+  body.insert(body.end(), wave->second.begin(), wave->second.end());
+  VSCode_Dict.erase(wave);
+}
+
 void Vorn_Shader_Code::GenVSFunCode_Terrain() {
   Put(VSCode_Dict, VS_CODE_GENERATE_VARY_TERRAIN,
       {"vTerrain_BlendUV = vec2(gl_Vertex.x * tileU + 0.5,gl_Vertex.z * tileV + 0.5);",

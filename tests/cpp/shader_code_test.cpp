@@ -127,6 +127,22 @@ TEST(ShaderCode, OceanWaveBlockLandsAheadOfMain) {
             (ShaderLines{"gl_Position = gl_ModelViewProjectionMatrix * P;", "vProjTexC = gl_Position;"}));
 }
 
+TEST(ShaderCode, WaveBlockMovesToTheTopOfMain) {
+  Code code;
+  code.GenVSFunCode_Ocean();
+  const ShaderLines wave = code.VSCode_Dict.at(Code::PS_CODE_VARY_OCEAN);
+  code.MoveVSWaveBlockIntoMain();
+  EXPECT_FALSE(code.VSCode_Dict.count(Code::PS_CODE_VARY_OCEAN));
+  ShaderLines begin{"void main()", "{"};
+  begin.insert(begin.end(), wave.begin(), wave.end());
+  EXPECT_EQ(code.VSCode_Dict.at(Code::VS_CODE_FUNCTION_BEGIN), begin);
+  // Without a wave block nothing moves.
+  Code plain;
+  const std::string before = plain.GenVSCode();
+  plain.MoveVSWaveBlockIntoMain();
+  EXPECT_EQ(plain.GenVSCode(), before);
+}
+
 TEST(ShaderCode, TextOperationsWithArguments) {
   Code code;
   code.AddVSUniform_Var("vec4", "uFirst");

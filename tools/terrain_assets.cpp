@@ -75,12 +75,14 @@ std::array<std::uint8_t, 3> MaskAt(double x, double z) {
   return {static_cast<std::uint8_t>(255 - g - b), static_cast<std::uint8_t>(g), static_cast<std::uint8_t>(b)};
 }
 
-// Mask image rows from the top: the bottom row lies at z = -64 (texture v runs along +z).
-Image MaskImage() {
-  Image image(Image::Mode::RGB, kTiles, kTiles);
-  for (int row = 0; row < kTiles; ++row) {
-    for (int col = 0; col < kTiles; ++col) {
-      const double x = col - kTiles / 2 + 0.5, z = kTiles / 2 - row - 0.5;
+// Mask image of `size` texels a side over the whole grid, rows from the top: the bottom
+// row lies at z = -64 (texture v runs along +z).
+Image MaskImage(int size) {
+  Image image(Image::Mode::RGB, size, size);
+  const double texel = static_cast<double>(kTiles) / size;
+  for (int row = 0; row < size; ++row) {
+    for (int col = 0; col < size; ++col) {
+      const double x = (col + 0.5) * texel - kTiles / 2, z = kTiles / 2 - (row + 0.5) * texel;
       const auto w = MaskAt(x, z);
       std::memcpy(&image.data()[image.offset(col, row)], w.data(), 3);
     }
@@ -159,12 +161,14 @@ bool WriteIslandTerrain(const std::string& dirName) {
       PutF32(heights, static_cast<float>(IslandHeight(col - kTiles / 2, row - kTiles / 2)));
     }
   }
-  const Image mask = MaskImage();
+  // The program samples layer 1 as the mask (four texels a tile keep the path round);
+  // the blend map file beside the record holds the same map, coarser.
+  const Image mask = MaskImage(4 * kTiles);
   bool ok = WriteBytes(dir / "island.hei", heights);
   ok = WriteBytes(dir / "island.ter",
                   BlendRecord({"island_mask.png", "grass.png", "sand.png", "rock.png", "grass.png"},
                               {1.0f, 0.25f, 0.3f, 0.2f, 0.25f})) && ok;
-  ok = WriteBytes(dir / "island.ter_Blend1.tga", TGA(mask)) && ok;
+  ok = WriteBytes(dir / "island.ter_Blend1.tga", TGA(MaskImage(kTiles))) && ok;
   ok = WriteBytes(dir / "island_mask.png", EncodePNG(mask)) && ok;
   ok = WriteBytes(dir / "grass.png", LayerPNG({70, 135, 50}, 50, 1)) && ok;
   ok = WriteBytes(dir / "sand.png", LayerPNG({205, 185, 130}, 40, 2)) && ok;

@@ -11,6 +11,8 @@
 #include "core/console.h"
 #include "core/gl_api.h"
 #include "core/screen_settings.h"
+#include "landscape/grass.h"
+#include "landscape/ocean.h"
 #include "mesh/mesh.h"
 #include "resource/res_manager.h"
 #include "scene/scene.h"
@@ -39,17 +41,39 @@ DemoOptions parse(const std::vector<std::string>& args) {
   return options;
 }
 
-// The world: a plane of 20 by 20 tiles of 2 units; one walker standing idle in the
-// middle and one walking a circle around it. The walker model is written by
-// make_demo_assets; without it the plane stands alone.
-void build_world(Vorn_3Dcene& scene) {
-  auto newPlane = scene.CreatePlane(0.0, 0.0, 0.0, nullptr, 20, 20, 2.0);
-  newPlane->LoadTextureFromFile("wall.jpg");
-  newPlane->ApplyFX(Vorn_3DFX::FX_DIFFUSE_TEXTURE);
-  newPlane->SetMeshColor(0.6, 0.6, 0.6, 0.6);
-  if (!ResManagerInstance || std::holds_alternative<std::monostate>(ResManagerInstance->GetResPath("walker.glb"))) {
+// The world: a landscape of 128 by 128 tiles (flat in the middle, hills around, a pond
+// filled by the water plane), a patch of grass, one walker standing idle in the middle
+// and one walking a circle around it. make_demo_assets writes the files; without them
+// the brick plane of the first demonstration stands alone.
+bool has_resource(const char* name) {
+  return ResManagerInstance && !std::holds_alternative<std::monostate>(ResManagerInstance->GetResPath(name));
+}
+
+void build_landscape(Vorn_3Dcene& scene) {
+  if (!has_resource("island.hei") || !has_resource("island.ter")) {
+    auto newPlane = scene.CreatePlane(0.0, 0.0, 0.0, nullptr, 20, 20, 2.0);
+    newPlane->LoadTextureFromFile("wall.jpg");
+    newPlane->ApplyFX(Vorn_3DFX::FX_DIFFUSE_TEXTURE);
+    newPlane->SetMeshColor(0.6, 0.6, 0.6, 0.6);
     return;
   }
+  scene.LoadTerrain("island");
+  // The sea level lies below the flat middle: water shows only in the pond.
+  auto ocean = scene.CreateOcean(0.0, -0.35, 0.0);
+  ocean->SetMeshColor(0.12, 0.42, 0.48, 1.0);
+  if (auto* water = dynamic_cast<Vorn_3DOcean*>(ocean.get())) water->SetWave(0.8, 0.06);
+
+  auto grass = scene.CreateGrass(4.5, 0.0, -3.5, nullptr, 1.6, 900, 0.04, 0.08, 0.3, 0.55, 0.12);
+  for (int s = 0; s < static_cast<int>(grass->SubMeshList.size()); ++s) {
+    grass->LoadSubMeshTextureFromFile(s, 0, "grass_blade.png");
+  }
+  if (auto* patch = dynamic_cast<Vorn_3DGrass*>(grass.get())) patch->SetSwing(1.5, 0.05);
+  grass->StandOnGround(true);
+}
+
+void build_world(Vorn_3Dcene& scene) {
+  build_landscape(scene);
+  if (!has_resource("walker.glb")) return;
 
   auto idle = std::dynamic_pointer_cast<Vorn_3DMesh>(scene.CreateMeshFromFile(0.0, 0.0, 0.0, nullptr, "walker.glb"));
   if (idle) idle->PlayAction(1);  // "Idle"

@@ -1,5 +1,6 @@
 """The demonstration as the README runs it: our tool writes its resources, and the demo
-draws the floor with the two walkers (one idle, one walking) and saves a screenshot."""
+draws the landscape (terrain, pond, grass) with the two walkers (one idle, one walking)
+and saves a screenshot."""
 import os
 import pathlib
 import subprocess
@@ -14,7 +15,7 @@ TOOL = PACKAGE_DIR.parent / "tools" / "make_demo_assets"
 
 
 @pytest.mark.skipif(not TOOL.exists(), reason="the demo tool is built with the engine")
-def test_demo_draws_the_walkers(gl_context, tmp_path):
+def test_demo_draws_the_landscape_and_the_walkers(gl_context, tmp_path):
     subprocess.run([str(TOOL), str(tmp_path / "Resources")], check=True)
     shot = tmp_path / "shot.png"
     code = f"import Vorn3DGameEngine as V; raise SystemExit(V.RunDemo(['--frames', '15', '--screenshot', {str(shot)!r}]))"
@@ -24,6 +25,8 @@ def test_demo_draws_the_walkers(gl_context, tmp_path):
     # Both walkers loaded and started their actions.
     assert result.stdout.count("walker.glb  include  2  animation.") == 2
     assert "Duration:1.0000" in result.stdout and "Duration:2.0000" in result.stdout
+    # The landscape loaded without a missing texture.
+    assert "Can't find" not in result.stdout and "Lost" not in result.stdout
     image, width, height, _ = V.PyGameResManager(str(tmp_path)).LoadImageFile(str(shot))
     assert (width, height) == (V.SCREEN_WIDTH, V.SCREEN_HEIGHT)
     # The floor is brick red; the walkers' shirts are the only blue in the picture.

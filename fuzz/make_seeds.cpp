@@ -1,5 +1,5 @@
 // Writes a few small valid files of each kind as starting corpora for the fuzz targets:
-//   make_seeds <corpus root>   (folders tga/, dds/, image_codec/, obj/, height_file/,
+//   make_seeds <corpus root>   (folders tga/, dds/, image_codec/, obj/, glb/, height_file/,
 //                               blend_file/ below it)
 #include <turbojpeg.h>
 
@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "../tests/cpp/glb_test_files.h"
 #include "resource/image.h"
 #include "resource/png_codec.h"
 
@@ -70,7 +71,7 @@ Bytes jpeg(const vorn::Image& im, int subsamp, int flags) {
 int main(int argc, char** argv) {
   if (argc < 2) return 2;
   const fs::path root = argv[1];
-  for (const char* sub : {"tga", "dds", "image_codec", "obj", "height_file", "blend_file"}) {
+  for (const char* sub : {"tga", "dds", "image_codec", "obj", "glb", "height_file", "blend_file"}) {
     fs::create_directories(root / sub);
   }
 
@@ -118,6 +119,22 @@ int main(int argc, char** argv) {
   for (vorn::Image* im : {&rgba, &rgb, &grey}) {
     for (std::size_t i = 0; i < im->data().size(); ++i) im->data()[i] = static_cast<std::uint8_t>(i * 13);
   }
+  // The reader tests' triangle, plain and skinned, and the plain one with a material image.
+  write(root / "glb" / "triangle", vorn::test::Triangle(false).file());
+  write(root / "glb" / "skinned", vorn::test::Triangle(true).file());
+  vorn::test::Doc textured = vorn::test::Triangle(false);
+  const Bytes png = vorn::EncodePNG(rgb);
+  // Image offsets count from the BIN chunk header, 8 bytes before the data.
+  const std::size_t at = textured.bin.U8(png);
+  textured.json["bufferViews"].push_back({{"byteOffset", at}, {"byteLength", png.size() + 8}});
+  textured.json["images"] = vorn::GlbJson::array({{{"bufferView", textured.json["bufferViews"].size() - 1}}});
+  textured.json["samplers"] = vorn::GlbJson::array({{{"magFilter", 9729}, {"wrapS", 10497}}});
+  textured.json["textures"] = vorn::GlbJson::array({{{"source", 0}, {"sampler", 0}}});
+  textured.json["materials"] = vorn::GlbJson::array(
+      {{{"extensions", {{"KHR_materials_pbrSpecularGlossiness", {{"diffuseTexture", {{"index", 0}}}}}}}}});
+  textured.json["meshes"][0]["primitives"][0]["material"] = 0;
+  write(root / "glb" / "textured", textured.file());
+
   write(root / "image_codec" / "rgba.png", vorn::EncodePNG(rgba));
   write(root / "image_codec" / "rgb.png", vorn::EncodePNG(rgb));
   write(root / "image_codec" / "grey.png", vorn::EncodePNG(grey));

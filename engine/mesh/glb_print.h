@@ -8,7 +8,7 @@
 
 #include "core/ordered_map.h"
 #include "mesh/glb_file.h"
-#include "mesh/mesh.h"
+#include "mesh/mesh_action.h"
 
 namespace vorn {
 

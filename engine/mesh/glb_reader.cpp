@@ -6,7 +6,7 @@
 #include "core/console.h"
 #include "core/errors.h"
 #include "mesh/glb_print.h"
-#include "node/game_node.h"
+#include "node/vertex_bone_sort.h"
 #include "resource/png_codec.h"
 
 namespace vorn {
@@ -284,7 +284,7 @@ class Reader {
       if (!data.contains("WEIGHTS_0")) throw KeyError(path_ + ": a skinned primitive has no 'WEIGHTS_0'");
       weights = &data.at("WEIGHTS_0");
     }
-    std::vector<Vorn_3DGameNode::BoneInfo> boneInfo;
+    std::vector<BoneInfo> boneInfo;
     for (std::size_t v = 0; v < vertexCount; ++v) {
       auto& out = plan.vertices;
       out.push_back(uv.at(v, 0, path_ + ": TEXCOORD_0"));
@@ -296,7 +296,7 @@ class Reader {
           boneInfo.emplace_back(joint, weights->at(v, bi, path_ + ": WEIGHTS_0"));
           boneDict[joint].push_back(static_cast<std::int64_t>(v));
         }
-        const auto [index, weight] = Vorn_3DGameNode::SortVertex4BoneInfo(boneInfo);
+        const auto [index, weight] = SortVertex4BoneInfo(boneInfo);
         out.push_back(static_cast<double>(index[0]) + static_cast<double>(index[1]) * 0.01);
         out.push_back(static_cast<double>(index[2]) + static_cast<double>(index[3]) * 0.01);
         out.insert(out.end(), weight.begin(), weight.end());

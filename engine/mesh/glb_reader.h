@@ -14,7 +14,7 @@
 #include <vector>
 
 #include "mesh/glb_file.h"
-#include "mesh/mesh.h"
+#include "mesh/mesh_action.h"
 #include "mesh/skin_ani_glb.h"
 #include "node/node_types.h"
 

@@ -5,7 +5,8 @@
 //   node_hierarchy.cpp  children and parent
 //   node_transform.cpp  accessors, matrices, following, standing on the ground
 //   node_submesh.cpp    submesh maps and the vertex interface
-//   node_buffers.cpp    interleaving, tangents, bounding box, bone ranking
+//   node_buffers.cpp    interleaving, tangents, bounding box
+//   vertex_bone_sort.cpp  bone ranking, shared with the file readers
 //   node_buffers_gl.cpp the GL side of BufferObject (upload on first bind)
 //   node_bindings.cpp   binding tables and script events
 //   node_actions.cpp    the timed-action target side
@@ -44,6 +45,7 @@
 #include "node/node_list.h"
 #include "node/node_scene.h"
 #include "node/node_types.h"
+#include "node/vertex_bone_sort.h"
 
 namespace vorn {
 
@@ -256,11 +258,12 @@ class Vorn_3DGameNode : public ActionTarget,
   void GenTangentAndBitangent(int submeshIndex);
   void BuildSubMeshVBO(int submeshIndex);
   void BuildVBO();
-  // Keeps the four heaviest (bone, weight) influences, heaviest first, ties in input
-  // order; the rest of the buffers are zeros.
-  using BoneInfo = std::pair<std::int64_t, double>;
+  // The node's name for vorn::SortVertex4BoneInfo (node/vertex_bone_sort.h).
+  using BoneInfo = vorn::BoneInfo;
   static std::pair<std::array<std::int64_t, 4>, std::array<double, 4>> SortVertex4BoneInfo(
-      std::span<const BoneInfo> BoneInfoArray);
+      std::span<const BoneInfo> BoneInfoArray) {
+    return vorn::SortVertex4BoneInfo(BoneInfoArray);
+  }
   // The interleaved floats BuildSubMeshVBO would upload for a submesh (empty when it
   // has no vertex data); throws as BuildSubMeshVBO does on missing attributes.
   std::vector<float> InterleaveSubMesh(int submeshIndex) const;

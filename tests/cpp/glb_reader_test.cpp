@@ -19,67 +19,10 @@
 namespace vorn {
 namespace {
 
-using test::AddAccessor;
-using test::BinBuilder;
 using test::Bytes;
+using test::Doc;
 using test::MakeGLB;
-
-struct Doc {
-  GlbJson json;
-  BinBuilder bin;
-  Bytes file() const { return MakeGLB(json.dump(), bin.data); }
-};
-
-// One triangle with texture coordinates and normals; with `skin`, two joints (node 1
-// the parent of node 2) and an animation "wave" moving node 1.
-Doc Triangle(bool skin) {
-  Doc d;
-  d.json = {{"asset", {{"version", "2.0"}}}, {"scenes", GlbJson::array({{{"nodes", {0}}}})}};
-  const auto pos = d.bin.Floats({0, 0, 0, 1, 0, 0, 0, 1, 0});
-  AddAccessor(d.json, pos, 36, 3, "VEC3", 5126);
-  const auto nrm = d.bin.Floats({0, 0, 1, 0, 0, 1, 0, 0, 1});
-  AddAccessor(d.json, nrm, 36, 3, "VEC3", 5126);
-  const auto uv = d.bin.Floats({0, 0, 1, 0, 0, 1});
-  AddAccessor(d.json, uv, 24, 3, "VEC2", 5126);
-  const auto idx = d.bin.U16({0, 1, 2});
-  AddAccessor(d.json, idx, 6, 3, "SCALAR", 5123);
-  GlbJson attributes = {{"POSITION", 0}, {"NORMAL", 1}, {"TEXCOORD_0", 2}};
-  d.json["nodes"] = GlbJson::array({{{"mesh", 0}}});
-  if (skin) {
-    const auto joints = d.bin.U8({0, 1, 0, 0, 1, 0, 0, 0, 1, 0, 0, 0});
-    AddAccessor(d.json, joints, 12, 3, "VEC4", 5121);
-    const auto weights = d.bin.Floats({0.25f, 0.75f, 0, 0, 1, 0, 0, 0, 0.5f, 0.5f, 0, 0});
-    AddAccessor(d.json, weights, 48, 3, "VEC4", 5126);
-    const auto ibm = d.bin.Floats({1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, -1, 0, 1,  //
-                                   1, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1, 0, 0, -2, 0, 1});
-    AddAccessor(d.json, ibm, 128, 2, "MAT4", 5126);
-    const auto times = d.bin.Floats({0, 1.5f});
-    AddAccessor(d.json, times, 8, 2, "SCALAR", 5126);  // 7
-    const auto moves = d.bin.Floats({0, 1, 0, 2, 1, 0});
-    AddAccessor(d.json, moves, 24, 2, "VEC3", 5126);  // 8
-    const auto turns = d.bin.Floats({0, 0, 0, 1, 0, 0, 0, 1});
-    AddAccessor(d.json, turns, 32, 2, "VEC4", 5126);  // 9
-    const auto sizes = d.bin.Floats({1, 1, 1, 1, 1, 1});
-    AddAccessor(d.json, sizes, 24, 2, "VEC3", 5126);  // 10
-    attributes["JOINTS_0"] = 4;
-    attributes["WEIGHTS_0"] = 5;
-    d.json["nodes"][0]["skin"] = 0;
-    d.json["nodes"].push_back({{"name", "root"}, {"children", {2}}, {"translation", {0, 1, 0}}});
-    d.json["nodes"].push_back({{"name", "tip"}, {"translation", {0, 1, 0}}, {"rotation", {0, 0, 0, 1}}});
-    d.json["skins"] = GlbJson::array({{{"joints", {1, 2}}, {"inverseBindMatrices", 6}}});
-    const auto channel = [](int sampler, int node, const char* path) {
-      return GlbJson{{"sampler", sampler}, {"target", {{"node", node}, {"path", path}}}};
-    };
-    const auto sampler = [](int input, int output) { return GlbJson{{"input", input}, {"output", output}}; };
-    d.json["animations"] = GlbJson::array(
-        {{{"name", "wave"},
-          {"channels", GlbJson::array({channel(0, 1, "translation"), channel(1, 1, "rotation"),
-                                       channel(2, 1, "scale"), channel(0, 2, "translation")})},
-          {"samplers", GlbJson::array({sampler(7, 8), sampler(7, 9), sampler(7, 10)})}}});
-  }
-  d.json["meshes"] = GlbJson::array({{{"primitives", GlbJson::array({{{"attributes", attributes}, {"indices", 3}}})}}});
-  return d;
-}
+using test::Triangle;
 
 bool HasLine(const ConsoleCapture& out, const std::string& line) {
   return std::find(out.lines().begin(), out.lines().end(), line) != out.lines().end();

@@ -29,51 +29,65 @@ Sink set_sink(Sink sink) {
 
 void write_line(std::string_view line) { g_sink(line); }
 
-std::string py_float(double value) {
-  if (std::isnan(value)) return "nan";
-  if (std::isinf(value)) return value > 0 ? "inf" : "-inf";
-
-  // Shortest round-trip digits in scientific form: "d[.ddd]e[+-]x".
-  char buf[64];
-  auto res = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific);
-  std::string sci(buf, res.ptr);
-  const auto epos = sci.find('e');
-  const int exponent = std::atoi(sci.c_str() + epos + 1);
-  std::string mantissa = sci.substr(0, epos);
-  const bool negative = mantissa[0] == '-';
-  if (negative) mantissa.erase(0, 1);
-  std::string digits;
-  for (char c : mantissa) {
-    if (c != '.') digits += c;
+void append_py_float(std::string& out, double value) {
+  if (std::isnan(value)) {
+    out += "nan";
+    return;
   }
+  if (std::isinf(value)) {
+    out += value > 0 ? "inf" : "-inf";
+    return;
+  }
+  // Shortest round-trip digits in scientific form, "[-]d[.ddd]e[+-]x", taken apart on
+  // the stack: printers call this for every value of large arrays.
+  char buf[64];
+  const char* const end = std::to_chars(buf, buf + sizeof buf, value, std::chars_format::scientific).ptr;
+  const char* p = buf;
+  const bool negative = *p == '-';
+  if (negative) ++p;
+  char digits[32];
+  std::size_t count = 0;
+  for (; p < end && *p != 'e'; ++p) {
+    if (*p != '.') digits[count++] = *p;
+  }
+  int exponent = 0;
+  const bool negativeExponent = p + 1 < end && p[1] == '-';
+  for (const char* q = p + 2; q < end; ++q) exponent = exponent * 10 + (*q - '0');
+  if (negativeExponent) exponent = -exponent;
 
-  std::string out = negative ? "-" : "";
+  if (negative) out += '-';
   if (exponent < -4 || exponent >= 16) {
     out += digits[0];
-    if (digits.size() > 1) {
+    if (count > 1) {
       out += '.';
-      out.append(digits, 1);
+      out.append(digits + 1, count - 1);
     }
     char exp_buf[16];
     std::snprintf(exp_buf, sizeof exp_buf, "e%c%02d", exponent < 0 ? '-' : '+', std::abs(exponent));
-    return out + exp_buf;
+    out += exp_buf;
+    return;
   }
   if (exponent < 0) {
     out += "0.";
     out.append(static_cast<std::size_t>(-exponent - 1), '0');
-    out += digits;
-    return out;
+    out.append(digits, count);
+    return;
   }
   const auto int_len = static_cast<std::size_t>(exponent) + 1;
-  if (digits.size() <= int_len) {
-    out += digits;
-    out.append(int_len - digits.size(), '0');
+  if (count <= int_len) {
+    out.append(digits, count);
+    out.append(int_len - count, '0');
     out += ".0";
-    return out;
+    return;
   }
-  out.append(digits, 0, int_len);
-  out += '.';
   out.append(digits, int_len);
+  out += '.';
+  out.append(digits + int_len, count - int_len);
+}
+
+std::string py_float(double value) {
+  std::string out;
+  append_py_float(out, value);
   return out;
 }
 

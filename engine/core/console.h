@@ -29,6 +29,8 @@ void write_line(std::string_view line);
 // Python's str() of a float: shortest round-trip digits, ".0" on integral values,
 // exponent form below 1e-4 and from 1e16 on, "inf", "-inf", "nan".
 std::string py_float(double value);
+// py_float(value) appended to `out`, without a string of its own.
+void append_py_float(std::string& out, double value);
 
 // Python's repr() of a string: single quotes unless the text holds one and no double quote.
 std::string py_repr_str(std::string_view text);

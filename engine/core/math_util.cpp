@@ -20,32 +20,6 @@ double RANDOM11() { return RANDOM01() * 2.0 - 1.0; }
 
 void SeedRandom(std::uint64_t seed) { generator().seed(seed); }
 
-std::pair<bool, Vector3> IntersectTriangle(const Vector3& vPt, const Vector3& vDir, const Vector3& V1,
-                                           const Vector3& V2, const Vector3& V3) {
-  const Vector3 Edge1 = V2 - V1;
-  const Vector3 Edge2 = V3 - V1;
-  const Vector3 Pvec = vDir.cross(Edge2);
-  double Det = Edge1.dot(Pvec);
-  Vector3 Tvec;
-  if (Det > 0) {
-    Tvec = vPt - V1;
-  } else {
-    Tvec = V1 - vPt;
-    Det = -Det;
-  }
-  // Absolute threshold: tiny triangles are never hit.
-  if (Det < 0.0001) return {false, Vector3()};
-  double U = Tvec.dot(Pvec);
-  if (U < 0.0 || U > Det) return {false, Vector3()};
-  const Vector3 Qvec = Tvec.cross(Edge1);
-  double V = vDir.dot(Qvec);
-  if (V < 0.0 || U + V > Det) return {false, Vector3()};
-  double T = Edge2.dot(Qvec);
-  const double InvDet = 1.0 / Det;
-  T *= InvDet;
-  return {true, Vector3(vPt.x + vDir.x * T, vPt.y + vDir.y * T, vPt.z + vDir.z * T)};
-}
-
 Vector3 Vec3MulMatrix(std::span<const double, 3> v, std::span<const double, 16> m) {
   double out[4];
   for (int c = 0; c < 4; ++c) out[c] = v[0] * m[c] + v[1] * m[4 + c] + v[2] * m[8 + c] + 1.0 * m[12 + c];

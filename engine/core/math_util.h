@@ -30,9 +30,32 @@ void SeedRandom(std::uint64_t seed);
 constexpr double Lerp(double a, double b, double f) { return a + f * (b - a); }
 
 // Two-sided ray/triangle test; the ray is an infinite line. A miss gives
-// (false, Vector3()).
-std::pair<bool, Vector3> IntersectTriangle(const Vector3& vPt, const Vector3& vDir, const Vector3& V1,
-                                           const Vector3& V2, const Vector3& V3);
+// (false, Vector3()). Inline: ground-height queries run it for every vertex they drop.
+inline std::pair<bool, Vector3> IntersectTriangle(const Vector3& vPt, const Vector3& vDir, const Vector3& V1,
+                                                  const Vector3& V2, const Vector3& V3) {
+  const Vector3 Edge1 = V2 - V1;
+  const Vector3 Edge2 = V3 - V1;
+  const Vector3 Pvec = vDir.cross(Edge2);
+  double Det = Edge1.dot(Pvec);
+  Vector3 Tvec;
+  if (Det > 0) {
+    Tvec = vPt - V1;
+  } else {
+    Tvec = V1 - vPt;
+    Det = -Det;
+  }
+  // Absolute threshold: tiny triangles are never hit.
+  if (Det < 0.0001) return {false, Vector3()};
+  double U = Tvec.dot(Pvec);
+  if (U < 0.0 || U > Det) return {false, Vector3()};
+  const Vector3 Qvec = Tvec.cross(Edge1);
+  double V = vDir.dot(Qvec);
+  if (V < 0.0 || U + V > Det) return {false, Vector3()};
+  double T = Edge2.dot(Qvec);
+  const double InvDet = 1.0 / Det;
+  T *= InvDet;
+  return {true, Vector3(vPt.x + vDir.x * T, vPt.y + vDir.y * T, vPt.z + vDir.z * T)};
+}
 
 using FloatList16 = std::array<double, 16>;
 

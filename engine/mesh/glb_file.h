@@ -33,6 +33,15 @@ struct GlbAttribute {
   std::size_t count() const noexcept { return number ? values.size() / static_cast<std::size_t>(number) : 0; }
   // Value `component` of record `record`; IndexError (naming `what`) outside the data.
   double at(std::size_t record, std::size_t component, const std::string& what) const;
+  // The same with the name in two parts, joined only when the lookup fails: readers
+  // call this once per value, and building the text each time would cost more than the
+  // read.
+  double at(std::size_t record, std::size_t component, const std::string& path, const char* name) const {
+    if (record < count() && component < static_cast<std::size_t>(number)) {
+      return values[record * static_cast<std::size_t>(number) + component];
+    }
+    return at(record, component, path + name);
+  }
   std::span<const double> record(std::size_t i) const {
     return {values.data() + i * static_cast<std::size_t>(number), static_cast<std::size_t>(number)};
   }

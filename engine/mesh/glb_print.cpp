@@ -1,5 +1,6 @@
 #include "mesh/glb_print.h"
 
+#include <charconv>
 #include <cstring>
 
 #include "core/console.h"
@@ -35,19 +36,28 @@ std::string JsonToPy(const GlbJson& value, int depth) {
 }
 
 std::string AttributeToPy(const GlbAttribute& attr) {
-  const auto value = [&](double v) {
-    return attr.isFloat ? console::py_float(v) : std::to_string(static_cast<std::int64_t>(v));
-  };
   std::string out = "[";
+  out.reserve(attr.values.size() * 12 + 2);
+  const auto value = [&](double v) {
+    if (attr.isFloat) {
+      console::append_py_float(out, v);
+    } else {
+      char buf[24];
+      out.append(buf, std::to_chars(buf, buf + sizeof buf, static_cast<std::int64_t>(v)).ptr);
+    }
+  };
   for (std::size_t r = 0; r < attr.count(); ++r) {
     if (r) out += ", ";
     if (attr.number == 1) {
-      out += value(attr.values[r]);
+      value(attr.values[r]);
       continue;
     }
     out += "[";
     const auto rec = attr.record(r);
-    for (std::size_t c = 0; c < rec.size(); ++c) out += (c ? ", " : "") + value(rec[c]);
+    for (std::size_t c = 0; c < rec.size(); ++c) {
+      if (c) out += ", ";
+      value(rec[c]);
+    }
     out += "]";
   }
   return out + "]";
@@ -133,7 +143,9 @@ std::string ActionsToPy(const OrderedMap<std::string, MeshAction>& actions) {
         out += (c ? ", (" : "(") + console::py_repr_str(channels[c].path) + ", [";  // (path, samples)
         const auto& samples = channels[c].samples;
         for (std::size_t s = 0; s < samples.size(); ++s) {
-          out += (s ? ", (" : "(") + console::py_float(samples[s].time) + ", ";
+          out += s ? ", (" : "(";
+          console::append_py_float(out, samples[s].time);
+          out += ", ";
           out += console::to_str(samples[s].value) + ")";
         }
         out += "])";

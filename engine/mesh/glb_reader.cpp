@@ -21,6 +21,14 @@ std::int64_t WholeNumber(double value, const std::string& what) {
   return static_cast<std::int64_t>(value);
 }
 
+// The same with the name in two parts, joined only for the error (once per value read).
+std::int64_t WholeNumber(double value, const std::string& path, const char* name) {
+  if (std::isfinite(value) && value == std::floor(value) && std::fabs(value) <= 9.0e15) {
+    return static_cast<std::int64_t>(value);
+  }
+  return WholeNumber(value, path + name);
+}
+
 class Reader {
  public:
   Reader(std::string path, std::vector<std::uint8_t> bytes) : path_(path), f_(std::move(path), std::move(bytes)) {}
@@ -233,7 +241,8 @@ class Reader {
 
     const GlbAttribute& indices = data.at("indices");
     plan.indices.reserve(indices.values.size());
-    for (const double v : indices.values) plan.indices.push_back(WholeNumber(v, what + ": vertex index"));
+    const std::string indexWhat = what + ": vertex index";
+    for (const double v : indices.values) plan.indices.push_back(WholeNumber(v, indexWhat));
     if (plan.withTexUV) BuildVertices(data, vertexCount, plan);
     return plan;
   }
@@ -287,13 +296,13 @@ class Reader {
     std::vector<BoneInfo> boneInfo;
     for (std::size_t v = 0; v < vertexCount; ++v) {
       auto& out = plan.vertices;
-      out.push_back(uv.at(v, 0, path_ + ": TEXCOORD_0"));
-      out.push_back(uv.at(v, 1, path_ + ": TEXCOORD_0"));
+      out.push_back(uv.at(v, 0, path_, ": TEXCOORD_0"));
+      out.push_back(uv.at(v, 1, path_, ": TEXCOORD_0"));
       if (joints) {
         boneInfo.clear();
         for (std::size_t bi = 0; bi < static_cast<std::size_t>(joints->number); ++bi) {
-          const std::int64_t joint = WholeNumber(joints->at(v, bi, path_ + ": JOINTS_0"), path_ + ": joint number");
-          boneInfo.emplace_back(joint, weights->at(v, bi, path_ + ": WEIGHTS_0"));
+          const std::int64_t joint = WholeNumber(joints->at(v, bi, path_, ": JOINTS_0"), path_, ": joint number");
+          boneInfo.emplace_back(joint, weights->at(v, bi, path_, ": WEIGHTS_0"));
           boneDict[joint].push_back(static_cast<std::int64_t>(v));
         }
         const auto [index, weight] = SortVertex4BoneInfo(boneInfo);
@@ -302,9 +311,9 @@ class Reader {
         out.insert(out.end(), weight.begin(), weight.end());
       }
       if (normal) {
-        for (std::size_t c = 0; c < 3; ++c) out.push_back(normal->at(v, c, path_ + ": NORMAL"));
+        for (std::size_t c = 0; c < 3; ++c) out.push_back(normal->at(v, c, path_, ": NORMAL"));
       }
-      for (std::size_t c = 0; c < 3; ++c) out.push_back(pos.at(v, c, path_ + ": POSITION"));
+      for (std::size_t c = 0; c < 3; ++c) out.push_back(pos.at(v, c, path_, ": POSITION"));
       if (joints) out.push_back(1.0);
     }
     if (joints) {
@@ -381,7 +390,7 @@ class Reader {
         out.samples.reserve(input.count());
         for (std::size_t k = 0; k < input.count(); ++k) {
           const auto value = output.record(k);
-          out.samples.push_back({input.at(k, 0, chWhat + " input"), std::vector<double>(value.begin(), value.end())});
+          out.samples.push_back({input.at(k, 0, chWhat, " input"), std::vector<double>(value.begin(), value.end())});
         }
         action[static_cast<int>(nodeId)].push_back(std::move(out));
       }

@@ -239,7 +239,16 @@ std::pair<bool, double> Vorn_3DPlane::CheckInHeight(double x, double z, bool Fas
 
   const double tileX_X = beginX + static_cast<double>(tileX) * TileSize;
   const double tileX_Z = beginZ + static_cast<double>(tileZ) * TileSize;
-  const auto Y = GetTileVertexY(tileX, tileZ);
+  // Inside the grid the four corners are read directly (the common case: every vertex a
+  // patch drops onto the ground asks this); on the far edges GetTileVertexY's index
+  // rules give the neighbouring row or an IndexError, as for any lookup.
+  const std::int64_t stride = static_cast<std::int64_t>(Cows) + 1;
+  const std::size_t first = static_cast<std::size_t>(tileZ * stride + tileX);
+  const bool inner = tileX < Cows && tileZ < Rows && first + static_cast<std::size_t>(stride) + 1 < HeightArray.size();
+  const std::array<double, 4> Y =
+      inner ? std::array<double, 4>{HeightArray[first], HeightArray[first + 1], HeightArray[first + stride],
+                                    HeightArray[first + stride + 1]}
+            : GetTileVertexY(tileX, tileZ);
   const Vector3 V1(tileX_X, Y[0], tileX_Z);
   const Vector3 V2(tileX_X + TileSize, Y[1], tileX_Z);
   const Vector3 V3(tileX_X, Y[2], tileX_Z + TileSize);

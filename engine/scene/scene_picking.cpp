@@ -57,9 +57,10 @@ void Vorn_3Dcene::EndDragAxis() {
 }
 
 double Vorn_3Dcene::Get3DTerrainY(double x, double z) {
-  // By index, reading the length at each step, and holding each entry while it answers.
-  for (std::size_t i = 0; i < ObjectArray_3DTerrain.size(); ++i) {
-    const NodePtr node = ObjectArray_3DTerrain[i];
+  // GroundHeightAt is engine code that runs no script (scripts can't override it), so the
+  // registry can't change during a query and its entries need no extra hold: this runs
+  // for every vertex a patch drops onto the ground.
+  for (const NodePtr& node : ObjectArray_3DTerrain) {
     if (const auto Y = node->GroundHeightAt(x, z)) return *Y;
   }
   return 0.0;

@@ -30,6 +30,8 @@ PYBIND11_MODULE(_engine, m) {
   bind_shapes(m);
   bind_shapes_solids(m);
   bind_landscape(m);
+  // The tile map derives from the plane.
+  bind_tiled_map(m);
   // Skin animation data before the mesh node that holds it.
   bind_mesh_skin(m);
   bind_mesh(m);

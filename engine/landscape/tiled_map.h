@@ -188,6 +188,12 @@ class Vorn_3DTiledMap : public Vorn_3DPlane {
   TileXZ StraightLandWalk(int height, std::int64_t nextX, std::int64_t nextZ, int moveX, int moveZ) const;
   std::int64_t StraightLandLength(std::int64_t length, int height, std::int64_t tileX, std::int64_t tileZ, int moveX,
                                   int moveZ) const;
+  // Buffers of FillWater, kept between fills.
+  struct WaterScratch {
+    Vec3Array positions, normals;
+    Vec2Array uvs;
+    IndexArray indices;
+  } waterScratch_;
   // The most steps a walk takes before it must have left the map.
   std::int64_t WalkLimit() const noexcept { return 2 * static_cast<std::int64_t>(TileCount()) + 2; }
 };

@@ -9,6 +9,7 @@
 #include <cmath>
 #include <algorithm>
 #include <string>
+#include <utility>
 
 #include "core/errors.h"
 #include "core/pyseq.h"
@@ -103,9 +104,26 @@ void Vorn_3DTiledMap::FillWater(std::int64_t tileX, std::int64_t tileZ) {
   // that fails leaves the map as it was. Tiles reached twice get two quads.
   const double beginX = -Cows * TileSize * 0.5, beginZ = -Rows * TileSize * 0.5;
   const double y = level + 0.5;
-  Vec3Array positions, normals;
-  Vec2Array uvs;
-  IndexArray indices;
+  // Every tile's level once, read with the same index rule as GetTileHeight.
+  std::vector<int> levels(TileCount(), NO_HEIGHT);
+  for (const auto& [layer, tiles] : LayerDict)
+    for (std::size_t i = 0; i < levels.size(); ++i)
+      if (tiles[i] >= 0 && layer < levels[i]) levels[i] = layer;
+  const auto cols = static_cast<std::int64_t>(Cows);
+  const auto avg = [&](std::int64_t tx, std::int64_t tz) {
+    double sum = 0.0;
+    for (std::int64_t dz = -1; dz <= 1; ++dz)
+      for (std::int64_t dx = -1; dx <= 1; ++dx)
+        sum += levels[py_index((tz + dz) * cols + tx + dx, levels.size(), "Vorn_3DTiledMap: tile")];
+    return sum / 9.0;
+  };
+  // The arrays are built in buffers kept from the last fill (swapped with the water's
+  // own), so a refill does not take fresh memory.
+  Vec3Array& positions = waterScratch_.positions;
+  Vec3Array& normals = waterScratch_.normals;
+  Vec2Array& uvs = waterScratch_.uvs;
+  IndexArray& indices = waterScratch_.indices;
+  positions.clear(), normals.clear(), uvs.clear(), indices.clear();
   positions.reserve(records.size() * 4);
   normals.reserve(records.size() * 4);
   uvs.reserve(records.size() * 4);
@@ -116,8 +134,8 @@ void Vorn_3DTiledMap::FillWater(std::int64_t tileX, std::int64_t tileZ) {
     const std::int64_t tx = tile[0], tz = tile[2];
     const double x = beginX + static_cast<double>(tx) * TileSize, z = beginZ + static_cast<double>(tz) * TileSize;
     // The normal's y carries the bottom's depth below the water to the shader.
-    const double h1 = GetWaterTileAvgHeight(tx, tz) - 1, h2 = GetWaterTileAvgHeight(tx + 1, tz) - 1;
-    const double h3 = GetWaterTileAvgHeight(tx + 1, tz + 1) - 1, h4 = GetWaterTileAvgHeight(tx, tz + 1) - 1;
+    const double h1 = avg(tx, tz) - 1, h2 = avg(tx + 1, tz) - 1;
+    const double h3 = avg(tx + 1, tz + 1) - 1, h4 = avg(tx, tz + 1) - 1;
     const auto v = static_cast<std::int64_t>(positions.size());
     positions.insert(positions.end(), {VertexEntry<3>(x, y, z), VertexEntry<3>(x + TileSize, y, z),
                                        VertexEntry<3>(x + TileSize, y, z + TileSize), VertexEntry<3>(x, y, z + TileSize)});
@@ -141,10 +159,10 @@ void Vorn_3DTiledMap::FillWater(std::int64_t tileX, std::int64_t tileZ) {
     for (const auto& [key, texID] : TiledMapTextureDict) SetSubMeshDynamicTextureID(s, texID, key);
     for (TextureInfo& rec : TextureArray.at(s)) rec.density = TiledMapTextureScale;
   }
-  VertexArray_Positon.at(s) = std::move(positions);
-  VertexArray_Normal.at(s) = std::move(normals);
-  VertexArray_UV.at(s) = std::move(uvs);
-  VIndexArray.at(s) = std::move(indices);
+  std::swap(VertexArray_Positon.at(s), positions);
+  std::swap(VertexArray_Normal.at(s), normals);
+  std::swap(VertexArray_UV.at(s), uvs);
+  std::swap(VIndexArray.at(s), indices);
   TileWaterHeightArray.assign(TileCount(), NO_HEIGHT);
   for (const std::size_t i : flooded) TileWaterHeightArray[i] = level;
 }

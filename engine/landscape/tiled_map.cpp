@@ -31,12 +31,38 @@ void Vorn_3DTiledMap::CreateTiledMap(int rows, int cows, double /*tilesize*/) {
 int Vorn_3DTiledMap::GetTileMask(int layerIndex, std::int64_t tileX, std::int64_t tileZ) const {
   if (tileX < 0 || tileZ < 0 || tileX >= Cows || tileZ >= Rows) return MASK_NONE;
   const std::vector<int>* masks = LayerTileMaskArray.find(layerIndex);
-  if (!masks) return MASK_NONE;
-  return (*masks)[static_cast<std::size_t>(tileZ * Cows + tileX)];
+  const auto i = static_cast<std::size_t>(tileZ * Cows + tileX);
+  if (!masks || i >= masks->size()) return MASK_NONE;
+  return (*masks)[i];
+}
+
+void Vorn_3DTiledMap::CheckTables(const char* operation) const {
+  const std::string where = std::string("Vorn_3DTiledMap.") + operation;
+  if (!LayerDict.contains(0) || !LayerTileMaskArray.contains(0)) {
+    throw RuntimeError(where + ": the map has no layer 0 (call CreateTiledMap first)");
+  }
+  const std::size_t n = TileCount();
+  const auto sized = [&](const auto& table) {
+    for (const auto& [layer, values] : table) {
+      if (values.size() != n) {
+        throw RuntimeError(where + ": the tables of layer " + std::to_string(layer) +
+                           " do not match a grid of " + std::to_string(Rows) + " by " + std::to_string(Cows) +
+                           " tiles (call CreateTiledMap again)");
+      }
+    }
+  };
+  sized(LayerDict);
+  sized(LayerTileMaskArray);
+  for (const auto& [layer, blocks] : LayerTileIndexDict) {
+    if (!LayerTileMaskArray.contains(layer)) throw RuntimeError(where + ": layer " + std::to_string(layer) + " has no masks");
+    for (const auto& [tile, at] : blocks)
+      if (tile < 0 || static_cast<std::size_t>(tile) >= n) throw RuntimeError(where + ": a block lies outside the grid");
+  }
 }
 
 Vorn_3DTiledMap::TileRef Vorn_3DTiledMap::ResolveTile(const char* operation, std::int64_t tileX,
                                                       std::int64_t tileZ) const {
+  CheckTables(operation);
   std::int64_t index = 0;
   if (__builtin_mul_overflow(tileZ, static_cast<std::int64_t>(Cows), &index) ||
       __builtin_add_overflow(index, tileX, &index)) {

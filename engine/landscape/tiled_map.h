@@ -170,7 +170,13 @@ class Vorn_3DTiledMap : public Vorn_3DPlane {
   void UploadBlendRows(int first, int last);
 
  private:
-  std::size_t TileCount() const noexcept { return static_cast<std::size_t>(Rows) * static_cast<std::size_t>(Cows); }
+  std::size_t TileCount() const noexcept {
+    if (Rows <= 0 || Cows <= 0) return 0;
+    return static_cast<std::size_t>(Rows) * static_cast<std::size_t>(Cows);
+  }
+  // RuntimeError unless the tables were made by CreateTiledMap for the grid's present
+  // size: a script may change Rows or Cows, or rebuild the grid, under them.
+  void CheckTables(const char* operation) const;
   int HighestLayer(std::int64_t tileIndex) const;
   int LowestLayer(std::int64_t tileIndex) const;
   // Shared by UpTile, DownTile and SlopeTile: moves a tile one level by `step` (+1 or

@@ -143,9 +143,10 @@ void Vorn_3DTiledMap::RemoveBlock(const TileRef& t, int from, int to) {
                        std::to_string(t.tileX) + ", " + std::to_string(t.tileZ) + ")");
   }
   const auto i = static_cast<std::size_t>(t.index);
+  // The vertices go first: they refuse arrays a script has changed, before any table moves.
+  EraseBlockVertices(from, t.index);
   LayerDict.at(to)[i] = LayerDict.at(from)[i];
   LayerDict.at(from)[i] = -1;
-  EraseBlockVertices(from, t.index);
   LayerTileMaskArray.at(from)[i] = MASK_NONE;
   if (auto* ramps = LayerTileSlopeDict.find(from)) {
     ramps->discard(t.index);

@@ -21,7 +21,8 @@ void Vorn_3DTiledMap::RefreshLayerWall(int layerIndex) {
   // A neighbour outside the grid counts as no tile, so the outer walls stay visible.
   auto mask = [&](int cow, int row) -> int {
     if (!masks || cow < 0 || row < 0 || cow >= Cows || row >= Rows) return MASK_NONE;
-    return (*masks)[static_cast<std::size_t>(row) * static_cast<std::size_t>(Cows) + static_cast<std::size_t>(cow)];
+    const std::size_t i = static_cast<std::size_t>(row) * static_cast<std::size_t>(Cows) + static_cast<std::size_t>(cow);
+    return i < masks->size() ? (*masks)[i] : MASK_NONE;
   };
   for (int row = 0; row < Rows; ++row) {
     for (int cow = 0; cow < Cows; ++cow) {
@@ -76,6 +77,7 @@ void Vorn_3DTiledMap::ReBuildLayerTiles(int LayerIndex) {
   if (!blocks) return;
   const int s = GetSubMeshIndex(LayerName(LayerIndex));
   if (s < 0) throw RuntimeError("Vorn_3DTiledMap.ReBuildLayerTiles: layer " + std::to_string(LayerIndex) + " has no submesh");
+  CheckTables("ReBuildLayerTiles");
   RefreshLayerWall(LayerIndex);
   CleanVIndex(s);
 
@@ -145,6 +147,7 @@ void Vorn_3DTiledMap::TrimTile(int LayerIndex, std::int64_t tileX, std::int64_t 
 }
 
 void Vorn_3DTiledMap::RebuildGroundIndices() {
+  CheckTables("RebuildGroundIndices");
   CleanVIndex(0);
   IndexArray& indices = VIndexArray.at(0);
   const std::vector<int>& masks = LayerTileMaskArray.at(0);
@@ -221,6 +224,12 @@ void Vorn_3DTiledMap::EraseBlockVertices(int layer, std::int64_t tileIndex) {
   Vec3Array& normals = VertexArray_Normal.at(s);
   Vec2Array& uvs = VertexArray_UV.at(s);
   const auto last = static_cast<std::int64_t>(positions.size()) - tiles::kVertsPerBlock;
+  // A script may have changed the submesh's arrays: nothing moves unless they still
+  // hold the block where the table says.
+  if (last < 0 || v < 0 || v > last || normals.size() != positions.size() || uvs.size() != positions.size()) {
+    throw RuntimeError("Vorn_3DTiledMap: the vertices of layer " + std::to_string(layer) +
+                       " no longer match its blocks");
+  }
   if (v != last) {
     for (auto& [other, where] : blocks) {
       if (where[0] != last) continue;

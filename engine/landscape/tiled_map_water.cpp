@@ -29,7 +29,7 @@ int Vorn_3DTiledMap::HeightAtIndex(std::int64_t tileIndex) const {
   const std::size_t i = py_index(tileIndex, TileCount(), "Vorn_3DTiledMap: tile");
   int height = NO_HEIGHT;
   for (const auto& [layer, tiles] : LayerDict)
-    if (tiles[i] >= 0 && layer < height) height = layer;
+    if (i < tiles.size() && tiles[i] >= 0 && layer < height) height = layer;
   return height;
 }
 
@@ -95,6 +95,7 @@ std::vector<Vorn_3DTiledMap::WaterTile> Vorn_3DTiledMap::ResearchWaterTiles(int 
 }
 
 void Vorn_3DTiledMap::FillWater(std::int64_t tileX, std::int64_t tileZ) {
+  CheckTables("FillWater");
   const int level = GetTileHeight(tileX, tileZ);
   if (level < 0 || level >= NO_HEIGHT) return;
   const std::vector<WaterTile> records = ResearchWaterTiles(level, tileX, tileZ);
@@ -107,7 +108,7 @@ void Vorn_3DTiledMap::FillWater(std::int64_t tileX, std::int64_t tileZ) {
   // Every tile's level once, read with the same index rule as GetTileHeight.
   std::vector<int> levels(TileCount(), NO_HEIGHT);
   for (const auto& [layer, tiles] : LayerDict)
-    for (std::size_t i = 0; i < levels.size(); ++i)
+    for (std::size_t i = 0; i < std::min(levels.size(), tiles.size()); ++i)
       if (tiles[i] >= 0 && layer < levels[i]) levels[i] = layer;
   const auto cols = static_cast<std::int64_t>(Cows);
   const auto avg = [&](std::int64_t tx, std::int64_t tz) {

@@ -86,6 +86,7 @@ void bind_shapes(py::module_& m);
 void bind_shapes_solids(py::module_& m);
 void bind_landscape(py::module_& m);
 void bind_terrain(py::module_& m);
+void bind_tiled_map(py::module_& m);
 void bind_mesh(py::module_& m);
 void bind_mesh_skin(py::module_& m);
 void bind_overlay(py::module_& m);

@@ -103,6 +103,10 @@ void bind_factories(SceneClass& cls) {
       py::arg("meshFile") = "", py::arg("swapyz") = false);
   Factory<&Scene::CreatePlane>::def(cls, "CreatePlane", "A Vorn_3DPlane with FX_DIFFUSE.", py::arg("rows") = 20,
                                     py::arg("cows") = 20, py::arg("tilesize") = 1.0);
+  // Landscape factories: FX before OnLoad, entered in ObjectArray_3DTerrain.
+  Factory<&Scene::CreateTiledMap>::def(cls, "CreateTiledMap",
+                                       "A Vorn_3DTiledMap with FX_TILEDMAP in ObjectArray_3DTerrain (tiles of 1.0).",
+                                       py::arg("rows") = 20, py::arg("cows") = 20, py::arg("tilesize") = 1.0);
   Factory<&Scene::CreateBox>::def(cls, "CreateBox", "A Vorn_3DBox with FX_DIFFUSE.", py::arg("size_x") = 0.5,
                                   py::arg("size_y") = 0.5, py::arg("size_z") = 0.5);
   Factory<&Scene::CreateSphere>::def(cls, "CreateSphere", "A Vorn_3DSphere with FX_DIFFUSE.", py::arg("radius") = 0.5,

@@ -32,6 +32,8 @@ PYBIND11_MODULE(_engine, m) {
   bind_landscape(m);
   // Terrain derives from the plane bound just above.
   bind_terrain(m);
+  // The tile map derives from the plane.
+  bind_tiled_map(m);
   // Skin animation data before the mesh node that holds it.
   bind_mesh_skin(m);
   bind_mesh(m);

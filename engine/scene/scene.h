@@ -130,6 +130,10 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
                              const std::string& meshFile = "", bool swapyz = false);
   NodePtr CreatePlane(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr, int rows = 20,
                       int cows = 20, double tilesize = 1.0);
+  // Landscape factories: the FX is applied before OnLoad; they join ObjectArray_3DTerrain.
+  // A Vorn_3DTiledMap with FX_TILEDMAP (scene_factories_tiledmap.cpp).
+  NodePtr CreateTiledMap(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                         int rows = 20, int cows = 20, double tilesize = 1.0);
   NodePtr CreateBox(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
                     double size_x = 0.5, double size_y = 0.5, double size_z = 0.5);
   NodePtr CreateSphere(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,

@@ -40,7 +40,10 @@ def show(value):
         return kind + (("[%s%s]" if isinstance(value, list) else "(%s%s)") % (inner, more))
     if callable(value):
         return getattr(value, "__name__", "callable")
-    text = repr(value)
+    try:
+        text = repr(value)
+    except RecursionError:  # a hostile value nested deeper than repr can follow
+        return f"<deeply nested {type(value).__name__}>"
     return text if len(text) <= 40 else f"{text[:20]}...({len(text)} chars)"
 
 

@@ -91,8 +91,7 @@ TEST_F(FullscreenGL, PostPassBlursAndCoversItsTargetWithCullingOn) {
     for (int x = 0; x < 32; ++x) {
       const int v = out[(y * 32 + x) * 4];
       const bool inBox = x >= 7 && x <= 10 && y >= 7 && y <= 10;
-      if (inBox) EXPECT_NEAR(v, 16, 2) << x << "," << y;
-      if (!inBox) EXPECT_EQ(v, 0) << x << "," << y;
+      EXPECT_NEAR(v, inBox ? 16 : 0, inBox ? 2 : 0) << x << "," << y;
       lit += v > 0;
     }
   EXPECT_EQ(lit, 16);

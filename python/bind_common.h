@@ -14,6 +14,8 @@
 
 namespace vorn {
 struct ImageLoadResult;
+class NodeScene;
+class Vorn_3Dcene;
 }  // namespace vorn
 
 namespace vorn::py_bind {
@@ -92,6 +94,8 @@ void bind_mesh_skin(py::module_& m);
 void bind_overlay(py::module_& m);
 void bind_scene(py::module_& m);
 void bind_water_grass(py::module_& m);
+// The full-screen modes of the scene class, bound by bind_scene.
+void bind_scene_fullscreen(py::class_<Vorn_3Dcene, NodeScene, std::shared_ptr<Vorn_3Dcene>>& cls);
 void bind_globals(py::module_& m);
 
 }  // namespace vorn::py_bind

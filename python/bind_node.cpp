@@ -139,8 +139,11 @@ void bind_node_methods(NodeClass& cls) {
           "Stores node in parent and, unless it is None, appends self to its children.\n"
           "The node stays in an earlier parent's children.")
       .def(
-          "AddChild", [](Node& n, py::handle child) { n.AddChild(node_arg(child, "Vorn_3DGameNode.AddChild")); },
-          py::arg("child"), "Appends child to children (no duplicate test; child's parent is not written).")
+          "AddChild", [](Node& n, py::handle child) { n.AddChild(child_arg(child, "Vorn_3DGameNode.AddChild")); },
+          py::arg("child"),
+          "Appends child to children (no duplicate test; child's parent is not written).\n"
+          "child may also be a Vorn_Text (a label): it is drawn right after this node, adds\n"
+          "no batch, axis or pick, and children gives the text itself back.")
       .def(
           "RemoveChild",
           [](Node& n, py::handle child) {

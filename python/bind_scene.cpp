@@ -142,12 +142,6 @@ void bind_terrain_factories(SceneClass& cls) {
       "an entry that is not a Vorn_3DTerrain is an AttributeError.");
 }
 
-py::dict camera_map(const OrderedMap<int, NodeRef>& map) {
-  py::dict out;
-  for (const auto& [id, camera] : map) out[py::int_(id)] = node_to_py(camera);
-  return out;
-}
-
 void bind_scene_class(py::module_& m) {
   bind_list_view<TextList, TextConv>(m, "TextList",
                                      "A live list of Vorn_Text overlays held by the scene; it behaves as a\n"
@@ -328,10 +322,6 @@ void bind_scene_class(py::module_& m) {
                             "The gizmo.")
       .def_property_readonly("CurrDrawNode", [](const Scene& s) { return node_to_py(s.CurrDrawNode); },
                              "The built-in draw node.")
-      .def_property_readonly("DeferLightCamera", [](const Scene& s) { return camera_map(s.DeferLightCamera); },
-                             "FX id to camera (a copy).")
-      .def_property_readonly("SSAOCamera", [](const Scene& s) { return camera_map(s.SSAOCamera); },
-                             "FX id to camera (a copy).")
       .def_readwrite("GAMENODE_ID", &Scene::GAMENODE_ID, "Last node id handed out.")
       .def_readwrite("ScreenWidth", &Scene::ScreenWidth, "Width given to InitGL.")
       .def_readwrite("ScreenHeight", &Scene::ScreenHeight, "Height given to InitGL.")
@@ -360,6 +350,8 @@ void bind_scene_class(py::module_& m) {
       .def_readwrite("MouseY", &Scene::MouseY, "Last y given to SetMouseXY.")
       .def_readwrite("checkPickOnce", &Scene::checkPickOnce, "A pick is requested for the next frame.")
       .def_readwrite("BackgroundMP3File", &Scene::BackgroundMP3File, "Music file name set by script.");
+  // The full-screen modes and their maps (bind_fullscreen.cpp).
+  bind_scene_fullscreen(cls);
   text_field<&Scene::FPSText>(cls, "FPSText", "The FPS overlay (a Vorn_Text; the frame needs one).");
   text_field<&Scene::BatchText>(cls, "BatchText", "The batch overlay (a Vorn_Text; the frame needs one).");
 }

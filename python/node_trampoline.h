@@ -12,6 +12,7 @@
 
 #include "bind_common.h"
 #include "node/game_node.h"
+#include "overlay/text_child.h"
 
 namespace vorn::py_bind {
 
@@ -52,9 +53,11 @@ class PyNode : public Base {
   py::handle script_self() const { return py::handle(static_cast<PyObject*>(this->script_object())); }
 };
 
-// The Python object of a node: its twin, made on first need.
+// The Python object of a node: its twin, made on first need. A text hung below a node
+// rides in a carrier node that scripts never see: they get the text itself.
 inline py::object node_to_py(const std::shared_ptr<Vorn_3DGameNode>& node) {
   if (!node) return py::none();
+  if (auto text = Vorn_TextChild::TextOf(node.get())) return py::cast(text);
   return py::cast(node);
 }
 inline py::object node_to_py(Vorn_3DGameNode& node) { return node_to_py(node.shared_from_this()); }

@@ -30,10 +30,23 @@ inline std::shared_ptr<Vorn_3DGameNode> node_arg(py::handle value, const std::st
                        std::string(py::str(py::type::handle_of(value).attr("__name__"))));
 }
 
+// What may enter a list of nodes: a node, or a Vorn_Text, which enters in its carrier
+// node (overlay/text_child.h) and reads back as the text.
+inline std::shared_ptr<Vorn_3DGameNode> child_arg(py::handle value, const std::string& where) {
+  if (!value.is_none() && py::isinstance<Vorn_Text>(value)) {
+    return Vorn_TextChild::Of(value.cast<std::shared_ptr<Vorn_Text>>());
+  }
+  if (!value.is_none() && py::isinstance<Vorn_3DGameNode>(value)) {
+    return value.cast<std::shared_ptr<Vorn_3DGameNode>>();
+  }
+  throw py::type_error(where + ": expected a Vorn_3DGameNode or a Vorn_Text, not " +
+                       std::string(py::str(py::type::handle_of(value).attr("__name__"))));
+}
+
 struct NodeConv {
   static constexpr const char* items = "nodes";
   static py::object to_py(const NodeList::Ptr& node) { return node_to_py(node); }
-  static NodeList::Ptr from_py(py::handle value, const std::string& where) { return node_arg(value, where); }
+  static NodeList::Ptr from_py(py::handle value, const std::string& where) { return child_arg(value, where); }
 };
 
 // A node list reached through an owner object.

@@ -4,6 +4,7 @@
 // classes (resource/res_manager.h, shader/fx_manage.h). The header only
 // forward-declares the classes it names.
 #include "core/script_owned.h"
+#include "scene/open_gl_scene.h"
 
 namespace vorn {
 
@@ -12,7 +13,5 @@ class Vorn_3Dcene;
 
 // The demonstration's debug draw node.
 inline Ref<Vorn_3DDrawNode> pickDrawNode;
-// The scene a host exposes to the engine (full-screen VR mode reaches it by this name).
-inline Ref<Vorn_3Dcene> openGLScene;
 
 }  // namespace vorn

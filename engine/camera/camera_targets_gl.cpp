@@ -10,7 +10,6 @@
 #include "core/screen_settings.h"
 #include "resource/frame_buffer_gl.h"
 #include "resource/res_manager.h"
-#include "resource/res_manager.h"
 #include "shader/fx_3d.h"
 
 namespace vorn {
@@ -44,7 +43,9 @@ void draw_list(const List& objList, const std::optional<int>& FXID) {
       ObjectInst->draw(0, 0, 0);
       continue;
     }
-    // Each node gets its own FX back before the next one draws.
+    // Each node gets its own FX back before the next one draws. The pass runs every
+    // frame, so the program listing that a script's ApplyFX prints is left out.
+    const Vorn_3DGameNode::QuietFXListing quiet;
     ObjectInst->ApplyFX(*FXID, true);
     try {
       ObjectInst->draw(0, 0, 0);

@@ -274,6 +274,20 @@ class Vorn_3DGameNode : public ActionTarget,
   virtual void ApplyFX(int VN_FXID, bool IncludeChildren = false);
   void ApplySubMeshFX(int submeshIndex, int VN_FXID);
   void RecoverFX(bool IncludeChildren = false);
+  // While one exists, ApplySubMeshFX does not print the program listing. A camera's
+  // forced FX pass applies and restores the FX of every node it renders, each frame;
+  // the listing is for a script's own ApplyFX.
+  class QuietFXListing {
+   public:
+    QuietFXListing() noexcept { ++depth; }
+    ~QuietFXListing() { --depth; }
+    QuietFXListing(const QuietFXListing&) = delete;
+    QuietFXListing& operator=(const QuietFXListing&) = delete;
+    static bool active() noexcept { return depth > 0; }
+
+   private:
+    static inline int depth = 0;
+  };
   std::optional<unsigned> GetShader() const noexcept { return CurrSubMeshFX; }
   // Draws into the frame buffer of a render-target texture from now on.
   void SetRenderTargetTexture(unsigned texID, bool isPostFXMode = true);

@@ -265,6 +265,18 @@ void draw_into_target(Vorn_3DGameNode& n, double rx_, double ry_, double rz_, No
       glBindTexture(GL_TEXTURE_2D, rec.texID);
       if (u) SetSamplerUnit(SamplerLocation(*u, rec.channel), rec.channel);
     }
+    // The source size and mosaic cell as a submesh draw gives them, so that the
+    // filters that step by texels (blur, mosaic, depth of field) work as post passes.
+    if (u && !records->empty()) {
+      if (u->uTexSize >= 0) {
+        const float size[2] = {static_cast<float>(records->back().width), static_cast<float>(records->back().height)};
+        glUniform2fv(u->uTexSize, 1, size);
+      }
+      if (u->uMSKSize >= 0) {
+        const float cell[2] = {10.0f, 10.0f};
+        glUniform2fv(u->uMSKSize, 1, cell);
+      }
+    }
   }
   if (scene) scene->RenderPostFXRect();
   n.draw_children();

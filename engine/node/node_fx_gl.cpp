@@ -48,9 +48,11 @@ void Vorn_3DGameNode::ApplySubMeshFX(int submeshIndex, int VN_FXID) {
     fx->PrintShader(VN_FXID);
     return;
   }
-  gl_state::UseProgram(*ShaderVN);
-  gl_state::UseProgram(0);
-  fx->PrintShader(VN_FXID);
+  if (!QuietFXListing::active()) {
+    gl_state::UseProgram(*ShaderVN);
+    gl_state::UseProgram(0);
+    fx->PrintShader(VN_FXID);
+  }
   SubMeshFX.set(submeshIndex, *ShaderVN);
 }
 

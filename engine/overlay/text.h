@@ -10,6 +10,8 @@
 
 namespace vorn {
 
+class Vorn_3DGameNode;
+
 class Vorn_Text : public ScriptOwned, public std::enable_shared_from_this<Vorn_Text> {
  public:
   static constexpr int FT_8_BY_13 = 0;
@@ -43,6 +45,8 @@ class Vorn_Text : public ScriptOwned, public std::enable_shared_from_this<Vorn_T
   double r = 1.0, g = 1.0, b = 1.0;
   bool borderMode = false;
   int alignMode = FT_ALIGN_LEFT;
+  // The node that carries this text below a parent node (overlay/text_child.h), if any.
+  std::weak_ptr<Vorn_3DGameNode> carrier;
 
   void SetText(std::string newText) { text = std::move(newText); }
   void SetFont(int newFont) { font = newFont; }

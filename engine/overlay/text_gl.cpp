@@ -5,6 +5,44 @@
 #include "overlay/text.h"
 
 namespace vorn {
+namespace {
+
+// Texture units the draws of this engine use.
+constexpr int kTextureUnits = 8;
+
+// Bitmap fragments are textured like any other while a unit has texturing on, with
+// the texture coordinate the last draw left: a dark texel there hides the text. The
+// text is drawn with texturing off on every unit and the units are left as found.
+class TexturingOff {
+ public:
+  TexturingOff() {
+    for (int unit = 0; unit < kTextureUnits; ++unit) {
+      glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
+      was2D_[unit] = glIsEnabled(GL_TEXTURE_2D);
+      wasCube_[unit] = glIsEnabled(GL_TEXTURE_CUBE_MAP);
+      if (was2D_[unit]) glDisable(GL_TEXTURE_2D);
+      if (wasCube_[unit]) glDisable(GL_TEXTURE_CUBE_MAP);
+    }
+    gl_state::SelectTextureUnit(0);
+  }
+  ~TexturingOff() {
+    for (int unit = 0; unit < kTextureUnits; ++unit) {
+      if (!was2D_[unit] && !wasCube_[unit]) continue;
+      glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
+      if (was2D_[unit]) glEnable(GL_TEXTURE_2D);
+      if (wasCube_[unit]) glEnable(GL_TEXTURE_CUBE_MAP);
+    }
+    gl_state::SelectTextureUnit(0);
+  }
+  TexturingOff(const TexturingOff&) = delete;
+  TexturingOff& operator=(const TexturingOff&) = delete;
+
+ private:
+  GLboolean was2D_[kTextureUnits] = {};
+  GLboolean wasCube_[kTextureUnits] = {};
+};
+
+}  // namespace
 
 std::map<int, Vorn_Text::FontInfo> Vorn_Text::DefaultFontDict() {
   return {
@@ -29,6 +67,7 @@ void Vorn_Text::draw() {
   const double left = AlignedLeft();
   // The base line sits one font height below y, so y is the top of the line.
   const double baseline = SCREEN_HEIGHT - info.height - y;
+  const TexturingOff untextured;
 
   auto draw_line = [&](double px, double py) {
     glWindowPos2f(static_cast<float>(px), static_cast<float>(py));

@@ -199,6 +199,29 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   bool BeginDragAxis(double offsetX, double offsetY);
   void EndDragAxis();
 
+  // ---- Full-screen modes (scene_fullscreen*.cpp) ----
+  // A preview camera is kept under the object FX it renders with; the key none stands
+  // for the plain picture. Insertion order is the order of the preview's FX list.
+  using PreviewCameraMap = OrderedMap<std::optional<int>, NodeRef>;
+  // Two eye cameras below the active camera, each rendering into a target that a half
+  // of the window shows through its eye's FX, and the logo when its file exists. The
+  // images go to the scene bound as openGLScene. dOcean is accepted and not used.
+  void OpenVRMode(const std::string& dOcean = "cardboard", double Fov = 45.0, double ZNear = 0.1,
+                  double ZFar = 500.0);
+  // The logo file of VR mode, relative to the working directory.
+  static const char* VRLogoFile();
+  // Preview tiles of the position, normal and diffuse targets and the plain picture,
+  // and the lit result of FX_DEFER_LIGHT; deferred lighting is on from here.
+  void OpenDeferLight();
+  // Preview tiles of the position, depth, view normal and diffuse targets and the plain
+  // picture, a fresh kernel, and the occlusion result of FX_SSAO.
+  void OpenSSAO();
+  // The quad that post passes draw, in clip space.
+  void RenderPostFXRect() override;
+  // 64 samples in the hemisphere around +z, flattened (192 floats), drawn from the
+  // engine's random generator and scaled so that they cluster towards the origin.
+  static std::vector<double> BuildSSAOKernel();
+
   // ---- Fields, in the order the constructor sets them ----
   NodeList DrawNodeArray_3D;
   NodeList ObjectArray_3D;
@@ -224,9 +247,9 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   NodeRef VRRightCamera;
   NodeRef VRRightEyeImage;
   NodeRef VRLogoImage;
-  OrderedMap<int, NodeRef> DeferLightCamera;
+  PreviewCameraMap DeferLightCamera;
   bool DeferLightMode = false;
-  OrderedMap<int, NodeRef> SSAOCamera;
+  PreviewCameraMap SSAOCamera;
   std::vector<double> SSAOKernelList;
   double SSAOKernelRadius = 1.0;
   double UpdateLastTime = 0.0;

@@ -28,7 +28,7 @@ void walk(const NodeList& list, Fn&& fn) {
 
 // The same over a camera map: by position, each camera held while it runs.
 template <class Fn>
-void walk_map(const OrderedMap<int, NodeRef>& map, Fn&& fn) {
+void walk_map(const Vorn_3Dcene::PreviewCameraMap& map, Fn&& fn) {
   for (std::size_t i = 0; i < map.size(); ++i) {
     const NodeScene::NodePtr camera = (map.begin() + static_cast<std::ptrdiff_t>(i))->second;
     if (camera) fn(*camera);
@@ -115,7 +115,10 @@ void Vorn_3Dcene::MainPass(bool vrMode) {
     VRRightCamera->draw();
     VRLeftEyeImage->draw();
     VRRightEyeImage->draw();
-    if (!VRLogoImage) throw AttributeError("Vorn_3Dcene.DrawScene: VR mode needs VRLogoImage");
+    if (!VRLogoImage) {
+      throw AttributeError(std::string("Vorn_3Dcene.DrawScene: VR mode needs VRLogoImage, made from the logo file ") +
+                           VRLogoFile() + " under the working directory, which was not found");
+    }
     VRLogoImage->draw();
     return;
   }

@@ -15,7 +15,11 @@ std::string LayerName(int layerIndex) { return "layer_" + std::to_string(layerIn
 }  // namespace
 
 void Vorn_3DTiledMap::RefreshLayerWall(int layerIndex) {
+  // The layer's previous table lends its memory: an edit refreshes the walls of a whole
+  // layer, and fresh pages for every edit cost more than the walk.
   std::vector<WallInfo> walls;
+  if (std::vector<WallInfo>* previous = LayerTileWallArray.find(layerIndex)) walls.swap(*previous);
+  walls.clear();
   walls.reserve(TileCount());
   const std::vector<int>* masks = LayerTileMaskArray.find(layerIndex);
   // A neighbour outside the grid counts as no tile, so the outer walls stay visible.
@@ -152,13 +156,19 @@ void Vorn_3DTiledMap::RebuildGroundIndices() {
   IndexArray& indices = VIndexArray.at(0);
   const std::vector<int>& masks = LayerTileMaskArray.at(0);
   const std::int64_t stride = static_cast<std::int64_t>(Cows) + 1;
+  // Sized once for every tile, then cut to the tiles that stand on the grid.
+  indices.resize(static_cast<std::size_t>(Rows) * static_cast<std::size_t>(Cows) * 4);
+  std::int64_t* out = indices.data();
   for (int row = 0; row < Rows; ++row) {
+    const int* rowMasks = masks.data() + static_cast<std::size_t>(row) * static_cast<std::size_t>(Cows);
     for (int cow = 0; cow < Cows; ++cow) {
-      if (!masks[static_cast<std::size_t>(row) * static_cast<std::size_t>(Cows) + static_cast<std::size_t>(cow)]) continue;
+      if (!rowMasks[cow]) continue;
       const std::int64_t vIndex = row * stride + cow;
-      indices.insert(indices.end(), {vIndex, vIndex + 1, vIndex + stride + 1, vIndex + stride});
+      out[0] = vIndex, out[1] = vIndex + 1, out[2] = vIndex + stride + 1, out[3] = vIndex + stride;
+      out += 4;
     }
   }
+  indices.resize(static_cast<std::size_t>(out - indices.data()));
 }
 
 int Vorn_3DTiledMap::EnsureLayer(int layerIndex) {

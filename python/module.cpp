@@ -45,6 +45,8 @@ PYBIND11_MODULE(_engine, m) {
   bind_water_grass(m);
   // Particles add their factory to the scene's class.
   bind_particles(m);
+  // Music, sounds and fonts join the resource manager's class.
+  bind_audio(m);
   // Globals last: object globals refer to classes bound above.
   bind_globals(m);
 }

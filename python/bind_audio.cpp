@@ -56,13 +56,18 @@ void bind_font(py::module_& m) {
       .def("size", &Vorn_Font::size, py::arg("text"), "(width, height) in pixels that render gives for text.")
       .def(
           "render",
-          [](const Vorn_Font& f, const std::string& text, bool antialias, py::handle color) {
+          [](const Vorn_Font& f, const std::string& text, bool antialias, py::handle color, py::handle background) {
             const auto c = colour_arg(color);
-            return f.render(text, antialias, c[0], c[1], c[2], c[3]);
+            if (background.is_none()) return f.render(text, antialias, c[0], c[1], c[2], c[3]);
+            const auto bg = colour_arg(background);
+            return f.render_on(text, antialias, c[0], c[1], c[2], bg[0], bg[1], bg[2]);
           },
           py::arg("text"), py::arg("antialias") = true, py::arg("color") = py::make_tuple(255, 255, 255),
-          "text in color ((r, g, b) or (r, g, b, a), 0 to 255) on a transparent background, as\n"
-          "an RGBA Vorn_Image; antialiased edges carry coverage in alpha.");
+          py::arg("background") = py::none(),
+          "text in color ((r, g, b) or (r, g, b, a), 0 to 255) as an RGBA Vorn_Image. Without a\n"
+          "background the picture is transparent and antialiased edges carry coverage in alpha;\n"
+          "with one ((r, g, b)) the text is laid over it and every pixel is opaque, which is\n"
+          "what a picture drawn without blending (Create2DImage) needs.");
 }
 
 void bind_manager(py::module_& m) {

@@ -90,4 +90,18 @@ std::shared_ptr<Image> Vorn_Font::render(const std::string& text, bool antialias
   return Image::FromBytes(Image::Mode::RGBA, w, h, std::move(bytes));
 }
 
+std::shared_ptr<Image> Vorn_Font::render_on(const std::string& text, bool antialias, int r, int g, int b, int bgR,
+                                            int bgG, int bgB) const {
+  const std::shared_ptr<Image> drawn = render(text, antialias, r, g, b);
+  std::vector<std::uint8_t> bytes = drawn->tobytes();
+  const int bg[3] = {bgR < 0 ? 0 : (bgR > 255 ? 255 : bgR), bgG < 0 ? 0 : (bgG > 255 ? 255 : bgG),
+                     bgB < 0 ? 0 : (bgB > 255 ? 255 : bgB)};
+  for (std::size_t i = 0; i + 3 < bytes.size(); i += 4) {
+    const int alpha = bytes[i + 3];
+    for (int c = 0; c < 3; ++c) bytes[i + c] = static_cast<std::uint8_t>((bytes[i + c] * alpha + bg[c] * (255 - alpha) + 127) / 255);
+    bytes[i + 3] = 255;
+  }
+  return Image::FromBytes(Image::Mode::RGBA, drawn->width(), drawn->height(), std::move(bytes));
+}
+
 }  // namespace vorn

@@ -29,6 +29,10 @@ class Vorn_Font {
   // text (UTF-8) in the colour, antialiased or not, on a transparent background; rows
   // from the top. An empty string gives a 1-pixel-wide transparent image.
   std::shared_ptr<Image> render(const std::string& text, bool antialias, int r, int g, int b, int a = 255) const;
+  // The same laid over an opaque background colour: every pixel opaque, for users that
+  // draw a picture without blending (a 2D image).
+  std::shared_ptr<Image> render_on(const std::string& text, bool antialias, int r, int g, int b, int bgR, int bgG,
+                                   int bgB) const;
 
  private:
   void apply_style();

@@ -96,6 +96,9 @@ void bind_scene(py::module_& m);
 void bind_water_grass(py::module_& m);
 // The full-screen modes of the scene class, bound by bind_scene.
 void bind_scene_fullscreen(py::class_<Vorn_3Dcene, NodeScene, std::shared_ptr<Vorn_3Dcene>>& cls);
+// Particles, audio and fonts; bound after the scene (the factory joins its class).
+void bind_particles(py::module_& m);
+void bind_audio(py::module_& m);
 void bind_globals(py::module_& m);
 
 }  // namespace vorn::py_bind

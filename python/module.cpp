@@ -43,6 +43,10 @@ PYBIND11_MODULE(_engine, m) {
   // Ocean and grass add their factories to the scene's class, and the ocean derives
   // from the plane of bind_landscape.
   bind_water_grass(m);
+  // Particles add their factory to the scene's class.
+  bind_particles(m);
+  // Music, sounds and fonts join the resource manager's class.
+  bind_audio(m);
   // Globals last: object globals refer to classes bound above.
   bind_globals(m);
 }

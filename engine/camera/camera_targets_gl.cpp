@@ -15,6 +15,25 @@
 namespace vorn {
 namespace {
 
+// Target passes nested inside target passes: a camera that renders a list holding one
+// of its own ancestors starts its pass again from inside it, without end. Each level
+// costs a draw walk's worth of C++ stack, so the bound is far below WalkDepth's.
+constexpr int kMaxNestedTargetPasses = 64;
+thread_local int nestedTargetPasses = 0;
+
+struct NestedPass {
+  NestedPass() {
+    if (nestedTargetPasses >= kMaxNestedTargetPasses) {
+      throw RecursionError("maximum recursion depth exceeded in Vorn_3DCamera.draw (render targets nested " +
+                           std::to_string(kMaxNestedTargetPasses) + " deep)");
+    }
+    ++nestedTargetPasses;
+  }
+  ~NestedPass() { --nestedTargetPasses; }
+  NestedPass(const NestedPass&) = delete;
+  NestedPass& operator=(const NestedPass&) = delete;
+};
+
 // The size of one side: 0 means the window's, and the driver's limits hold.
 int target_side(int side, int screenSide, const char* where, const char* what) {
   if (side < 0) {
@@ -114,6 +133,7 @@ void Vorn_3DCamera::RenderObjListToRenderTarget(const std::vector<NodePtr>& objL
 }
 
 void Vorn_3DCamera::RenderTargets(NodeScene& scene) {
+  const NestedPass nested;
   const NodePtr caught = tagetNode.lock();
   // The caught node would be rendered as a list of nodes, which a node is not. This is
   // refused before fog or frame buffer change.

@@ -13,6 +13,8 @@
 #include <vector>
 
 #include "core/ordered_map.h"
+#include "resource/audio.h"
+#include "resource/font.h"
 #include "resource/image_load_result.h"
 
 namespace vorn {
@@ -54,6 +56,23 @@ class PyGameResManager : public std::enable_shared_from_this<PyGameResManager> {
   // Paths of the scene side files ("<scene>_Res.Json") found below "Scene", in scan order.
   std::vector<std::string> SceneJsonDict;
   int soundPlayCount = 0;
+  // ---- Music, sounds and fonts (audio_manager.cpp) ----
+  // Sound id to sound. It exists from construction (so a found sound can be stored and
+  // stopped); entries are never removed: a decoded sound lives as long as the manager.
+  OrderedMap<int, std::shared_ptr<Vorn_Sound>> soundDict;
+  // Finds fileName in the index and plays it (loopcount extra repeats, -1 forever);
+  // an unknown name does nothing. RuntimeError for a file that is not music.
+  void PlayMusic(const std::string& fileName, int loopcount = 0);
+  void StopMusic();
+  // The id of the sound started, or -1 for an unknown name (soundPlayCount unchanged).
+  // RuntimeError for a file that is not a sound, before anything is stored.
+  int PlaySound(const std::string& fileName);
+  // Stops a sound by id; an unknown id prints "No Find Sound". The entry stays.
+  void StopSound(int soundID);
+  // A new font each call, or null for an unknown name. ValueError for fontSize <= 0,
+  // RuntimeError for a file that is not a font.
+  std::shared_ptr<Vorn_Font> GetFont(const std::string& ttfFile, int fontSize, bool bold = false,
+                                     bool italic = false);
 
   const std::string& GetResRootDir() const { return resdir; }
   const std::vector<std::string>& GetSceneList() const { return SceneJsonDict; }

@@ -168,6 +168,10 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   NodePtr CreateGrass(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
                       double radius = 0.5, double density = 50, double minW = 0.3, double maxW = 0.6,
                       double minH = 0.3, double maxH = 0.6, double subsectionH = 0.2);
+  // Particles (scene_factories_particles.cpp): a Vorn_3DParticleEmitter with its
+  // CreateParticleEmitter() defaults (200 particles, "Gravity") and no FX; a root
+  // emitter joins ObjectArray_3D.
+  NodePtr CreateParticleEmitter(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr);
   const NodeList& GetPointLightList() const override { return LightList; }
   const NodeList& Get2DObjectArray() const { return ObjectArray_2D; }
   const NodeList& Get3DObjectArray() const override { return ObjectArray_3D; }

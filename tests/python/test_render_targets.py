@@ -96,3 +96,13 @@ def test_colour_target_camera_renders_before_the_window(scene, capsys):
     with pytest.raises(TypeError, match="CAMERA_TARGET_OBJECT"):
         scene.DrawScene()
     capsys.readouterr()
+
+
+def test_camera_rendering_its_own_ancestor_raises_instead_of_crashing(scene):
+    # The camera hangs below a node of ObjectArray_3D and renders that registry into its
+    # target: each pass draws the node, which draws the camera, which starts a pass.
+    holder = scene.Create3DGameNode(0, 0, 0)
+    cam = V.Vorn_3DCamera(0, 0, 5, holder)
+    cam.CreateRenderTarget(8, 8)
+    with pytest.raises(RecursionError):
+        holder.draw(0, 0, 0)

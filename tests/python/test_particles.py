@@ -1,0 +1,227 @@
+"""Particle emitters as scripts use them: the update walk, emission over gathered time,
+the live particle list, subclass hooks, and sprites on screen."""
+import struct
+import weakref
+
+import pytest
+
+import Vorn3DGameEngine as V
+from conftest import H, W, near, pixel
+
+
+def tga_rgba(path, width, height, rgba):
+    header = bytes([0, 0, 2]) + bytes(9) + struct.pack("<hhBB", width, height, 32, 8)
+    r, g, b, a = rgba
+    path.write_bytes(header + bytes([b, g, r, a]) * (width * height))
+
+
+def still_emitter(**kw):
+    """An emitter whose particles stay where they are born and keep their colour."""
+    e = V.Vorn_3DParticleEmitter(**kw)
+    e.SetEmitterDirSpeed()
+    e.SetEmitterAccSpeed_Y()
+    e.SetEmitterColor(1, 1, 1, 1, 1, 1, 1, 1)
+    e.SetEmitterColorSpeed(0, 0, 0, 0, 0, 0, 0, 0)
+    return e
+
+
+def test_defaults_and_asymmetric_setter_defaults():
+    e = V.Vorn_3DParticleEmitter()
+    assert (e.NodeType, e.ParticleMode, e.ParticleTotal, e.ParticleCount) == ("3DParticleEmitter", "Gravity", 500, 0)
+    assert list(e.ParticleArray) == [] and e.EmissionRate == 100 and e.EmitterLifeDecSpeed == 10.0
+    assert e.EmitterArea == [(0.0, 0.0)] * 3 and e.EmitterSize == (1.0, 2.0) and e.EmitterSizeSpeed == (0.0, 1.0)
+    assert e.EmitterDirSpeed == [(-0.5, 0.5), (1.0, 1.0), (-0.5, 0.5)]
+    assert e.EmitterAccSpeed == [(0.0, 0.0), (0.0, -2.0), (0.0, 0.0)]
+    assert e.EmitterColor == [(0.0, 1.0)] * 4 and e.EmitterColorSpeed == [(0.1, 0.1)] * 4
+    assert e.EmitterTime == 0 and e.TextureID is None
+    e.SetEmitterColorSpeed()
+    assert e.EmitterColorSpeed == [(-0.1, 0.0), (-0.1, 1.0), (-0.1, 1.0), (-0.1, 1.0)]
+    e.SetEmitterColorSpeed_G()
+    assert e.EmitterColorSpeed[1] == (-0.1, 0.0)
+    e.SetEmitterSize()
+    e.SetEmitterSizeSpeed()
+    assert e.EmitterSize == (0.0, 1.0) and e.EmitterSizeSpeed == (0.0, 0.0)
+    e.CreateParticleEmitter()
+    assert (e.ParticleTotal, e.ParticleMode) == (200, "Gravity")
+    with pytest.raises(TypeError):
+        e.EmitterArea = [(0, 0)]
+
+
+def test_particle_rolls_from_ranges_or_stays_none():
+    V.SeedRandom(3)
+    e = V.Vorn_3DParticleEmitter(1, 2, 3)
+    e.SetEmitterArea(0, 0, 5, 5, -1, -1)
+    p = V.Vorn_Particle(e, 7)
+    assert p.pos == [1.0, 7.0, 2.0] and p.life == 7 and p.emitter is e
+    assert p.acspeed[1] <= 0 and -0.5 <= p.speed[0] <= 0.5 and 1 <= p.size <= 2
+    bare = V.Vorn_Particle(None)
+    assert (bare.pos, bare.color, bare.size, bare.life, bare.emitter) == (None, None, None, 100, None)
+    bare.update(1.0)  # no emitter: nothing moves
+    assert bare.life == 100
+    bare.SetColor()
+    assert bare.GetColor() == [1.0, 1.0, 1.0, 1.0]
+    # The emitter reference does not keep the emitter alive.
+    ref = weakref.ref(e)
+    del e
+    assert ref() is None and p.emitter is None
+    p.update(1.0)
+    assert p.life == 7
+
+
+def test_euler_step_uses_the_new_speed_and_clamps_colour():
+    e = V.Vorn_3DParticleEmitter()
+    p = V.Vorn_Particle(e)
+    p.pos, p.speed, p.acspeed = [0, 0, 0], [1, 0, 0], [0, -2, 0]
+    p.color, p.colorSpeed = [0.5, 0.95, 0.05, 1], [0, 1, -1, 0]
+    p.size, p.sizeSpeed, p.life = 1.0, 2.0, 50
+    p.update(0.5)
+    assert p.life == 45.0 and p.speed == [1.0, -1.0, 0.0] and p.pos == [0.5, -0.5, 0.0]
+    assert p.color == [0.5, 1.0, 0.0, 1.0] and p.size == 2.0
+    p.speed = None
+    with pytest.raises(TypeError):
+        p.update(0.1)
+
+
+def test_update_walk_removals_skip_the_next_particle():
+    e = V.Vorn_3DParticleEmitter()
+    e.EmissionRate = 0  # these frames only walk
+    tagged = [V.Vorn_Particle(e, life) for life in (0.5, 0.5, 50, 0.5)]
+    for p in tagged:
+        e.ParticleArray.append(p)
+    e.ParticleArray[2].life = 60  # an item write reaches the engine
+    assert tagged[2].life == 60
+    e.update(0.1)  # a step takes 1 life
+    # [0] dies and is popped; index 1 is now the third (59, live, count 1) and the second
+    # is skipped; index 2 is the last, dead, and pop(1) takes the live third.
+    assert e.ParticleCount == 1
+    assert list(e.ParticleArray) == [tagged[1], tagged[3]]
+    assert tagged[1].life == 0.5 and tagged[3].life == pytest.approx(-0.5) and tagged[2].life == pytest.approx(59)
+    assert e.EmitterTime == pytest.approx(0.1)
+    e.update(0.1)
+    # The skipped one dies now and is popped; the last is skipped this frame.
+    assert e.ParticleCount == 0 and list(e.ParticleArray) == [tagged[3]]
+    e.update(0.1)
+    assert len(e.ParticleArray) == 0
+
+
+def test_emission_gathers_short_frames_and_stops_at_the_limit():
+    V.SeedRandom(1)
+    e = V.Vorn_3DParticleEmitter()
+    e.update(0.0)
+    assert len(e.ParticleArray) == 0 and e.EmitterTime == 0
+    e.update(0.005)
+    assert len(e.ParticleArray) == 0 and e.EmitterTime == pytest.approx(0.005)
+    e.update(0.005)
+    assert len(e.ParticleArray) == 1 and e.EmitterTime == 0
+    e.ParticleTotal = 5
+    e.EmitterLifeDecSpeed = 0.0
+    e.update(1.0)  # 100 asked for, 4 fit
+    assert len(e.ParticleArray) == 5
+    e.update(0.3)  # full: time does not grow
+    assert e.ParticleCount == 5 and e.EmitterTime == 0 and len(e.ParticleArray) == 5
+    assert all(0 <= p.life < 100 for p in e.ParticleArray)
+    # Seeded: the same seed repeats the same particles.
+    V.SeedRandom(9)
+    a = V.Vorn_3DParticleEmitter()
+    a.update(0.05)
+    V.SeedRandom(9)
+    b = V.Vorn_3DParticleEmitter()
+    b.update(0.05)
+    assert [p.pos for p in a.ParticleArray] == [p.pos for p in b.ParticleArray]
+    assert [p.life for p in a.ParticleArray] == [p.life for p in b.ParticleArray]
+    with pytest.raises(TypeError):
+        a.ParticleArray.append(3)
+
+
+def test_life_100_lasts_ten_seconds():
+    e = V.Vorn_3DParticleEmitter()
+    e.EmissionRate = 0
+    e.ParticleArray.append(V.Vorn_Particle(e, 100))
+    for _ in range(99):
+        e.update(0.1)
+    assert e.ParticleCount == 1
+    e.update(0.1)
+    assert len(e.ParticleArray) == 0
+
+
+def test_script_subclass_overrides_update_and_draw(scene):
+    calls = []
+
+    class Fountain(V.Vorn_3DParticleEmitter):
+        def update(self, delay):
+            calls.append(("update", delay))
+            super().update(delay)
+
+        def draw_allsubmesh(self):
+            calls.append(("draw",))
+            super().draw_allsubmesh()
+
+    f = Fountain()
+    scene.ObjectArray_3D.append(f)
+    f.update(0.02)
+    scene.DrawScene()  # the frame updates and draws through the overrides
+    assert calls[0] == ("update", 0.02) and calls[1][0] == "update" and calls[-1] == ("draw",)
+    assert len(f.ParticleArray) == 2
+
+
+def test_factory_holds_200_and_registers(scene):
+    e = scene.CreateParticleEmitter(1, 2, 3)
+    assert isinstance(e, V.Vorn_3DParticleEmitter) and e.ParticleTotal == 200 and e in scene.ObjectArray_3D
+    child = scene.CreateParticleEmitter(parent=e)
+    assert child not in scene.ObjectArray_3D
+
+
+def test_textured_sprites_on_screen_where_emitted(scene, resources, capsys):
+    scene.SetBGColor(0.0, 0.0, 0.0)
+    camera = scene.GetActiveCamera()
+    camera.SetXYZ(0, 0, 5)
+    camera.LookAt(0, 0, 0)
+    e = still_emitter()
+    e.EmissionRate, e.EmitterLifeDecSpeed = 0, 0.0  # the frame's own update changes nothing
+    e.SetEmitterColor(1, 1, 1, 1, 0, 0, 1, 1)  # yellow points
+    scene.ObjectArray_3D.append(e)
+    e.AddParticle()
+    e.ParticleArray[0].life = 50
+    # Untextured first: the point colour itself.
+    scene.DrawScene()
+    cx, cy = W // 2, H // 2
+    assert near(pixel(cx, cy), (255, 255, 0), 8)
+    tga_rgba(resources / "spark.tga", 4, 4, (255, 128, 255, 255))
+    e.LoadTextureFromFile("missing.tga")
+    assert "Can't find texture: missing.tga" in capsys.readouterr().out and e.TextureID is None
+    e.LoadTextureFromFile(str(resources / "spark.tga"))
+    first = e.TextureID
+    assert first is not None
+    e.LoadTextureFromFile(str(resources / "spark.tga"))
+    assert e.TextureID is not None
+    scene.DrawScene()
+    # The texture is modulated by the point colour: (1, 0.5, 1) * (1, 1, 0).
+    assert near(pixel(cx, cy), (255, 128, 0), 8)
+    row = V.ReadScreenPixels(0, cy, W, 1)
+    lit = [x for x in range(W) if row[3 * x] > 100]
+    assert 18 <= len(lit) <= 22 and abs((lit[0] + lit[-1]) / 2 - (cx - 0.5)) <= 1.5
+    column = V.ReadScreenPixels(cx, 0, 1, H)
+    assert 18 <= sum(1 for y in range(H) if column[3 * y] > 100) <= 22
+    # A particle moved to the right shows up there; a dead one is not drawn.
+    e.ParticleArray[0].pos = [1.0, 0.0, 0.0]
+    scene.DrawScene()
+    assert near(pixel(cx, cy), (0, 0, 0), 8)
+    right = [x for x, v in enumerate(V.ReadScreenPixels(0, cy, W, 1)[0::3]) if v > 100]
+    assert right and right[0] > cx + 20
+    e.ParticleArray[0].life = 0
+    scene.DrawScene()
+    assert max(V.ReadScreenPixels(0, cy - 15, W, 30)) < 10 and len(e.ParticleArray) == 0
+
+
+def test_example_fountain_runs_headless(tmp_path):
+    import os
+    import subprocess
+    import sys
+    example = os.path.join(os.path.dirname(__file__), "..", "..", "examples", "particles_audio.py")
+    shot = tmp_path / "fountain.png"
+    result = subprocess.run([sys.executable, example, "--frames", "3", "--screenshot", str(shot),
+                             "--resources", str(tmp_path / "res")], capture_output=True, text=True, timeout=120)
+    assert result.returncode == 0, result.stderr[-2000:]
+    assert "Audio driver:" in result.stdout
+    data = shot.read_bytes()
+    assert data[:8] == b"\x89PNG\r\n\x1a\n" and len(data) > 4000

@@ -91,9 +91,10 @@ class Mapper {
     plan_.withSkin = anySkin;
     plan_.withNormal = anyMesh && allNormals;
     plan_.withTexUV = true;  // every record carries a UV pair (zero when the file has none)
-    // Node 0 is the root; the FBX walk numbers the nodes below it from 0.
+    // Node 0 is the root; the FBX walk numbers the nodes below it from 0. The general
+    // loader takes the root's meshes too (a glTF scene's only node is the root).
     int running = 0;
-    for (std::size_t n = 1; n < aiNodes_.size(); ++n) {
+    for (std::size_t n = split_ == ModelSplit::PerMesh ? 0 : 1; n < aiNodes_.size(); ++n) {
       const aiNode& node = *aiNodes_[n];
       if (node.mNumMeshes == 0) continue;
       if (split_ == ModelSplit::PerMeshNode) {
@@ -309,7 +310,8 @@ class Mapper {
       o.push_back(static_cast<double>(index[2]) + static_cast<double>(index[3]) * 0.01);
       o.insert(o.end(), weight.begin(), weight.end());
     }
-    if (out.withSkin || out.withNormal) o.insert(o.end(), {n[0], n[1], n[2]});
+    // Every layout of a textured submesh has a normal: zero where the file gives none.
+    o.insert(o.end(), {n[0], n[1], n[2]});
     o.insert(o.end(), {p[0], p[1], p[2]});
     if (out.withSkin) o.push_back(1.0);
   }

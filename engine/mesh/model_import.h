@@ -37,7 +37,7 @@ struct ModelSubmeshPlan {
   bool withNormal = false;
   bool withTexUV = false;
   bool withSkin = false;
-  FloatArray vertices;  // records as the GLB reader lays them out
+  FloatArray vertices;  // uv, [bone indices, weights], normal, position[, 1]: CreateSubMesh's layouts
   IndexArray indices;
   std::vector<std::string> textureFiles;  // in the material walk's order
   std::vector<GlbImage> images;           // textures embedded in the file

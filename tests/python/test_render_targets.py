@@ -96,3 +96,16 @@ def test_colour_target_camera_renders_before_the_window(scene, capsys):
     with pytest.raises(TypeError, match="CAMERA_TARGET_OBJECT"):
         scene.DrawScene()
     capsys.readouterr()
+
+
+def test_a_target_camera_under_a_node_it_renders_draws_once(scene):
+    # The camera is drawn as the quad's child while it renders the quad into its target:
+    # it must not render itself again without end.
+    node = lit_quad(scene)
+    cam = scene.CreateCamera(0, 0, 10)
+    node.AddChild(cam)
+    cam.CreateRenderTarget(16, 16, True)
+    cam.ApplyFX(FX.FX_COLOR)
+    scene.DrawScene()
+    node.draw(1, 0.5)
+    assert all(c >= 254 for c in pixel(W // 2, H // 2))

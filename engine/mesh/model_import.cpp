@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 #include <cstdio>
 #include <unordered_map>
 
@@ -26,6 +27,12 @@ constexpr aiTextureType kTextureWalk[] = {
     aiTextureType_SPECULAR, aiTextureType_SHININESS,  aiTextureType_HEIGHT,   aiTextureType_NORMALS,
     aiTextureType_OPACITY,  aiTextureType_REFLECTION,
 };
+
+// A count from a non-negative double, safe for any value a file may give.
+std::int64_t WholeCount(double value) {
+  if (!(value > 0)) return 0;
+  return value >= 9.0e18 ? INT64_MAX : static_cast<std::int64_t>(value);
+}
 
 FbxMatrix ToFbxMatrix(const aiMatrix4x4& m) {
   // The library's matrices act on column vectors; ours keep the translation in row 3.
@@ -74,7 +81,7 @@ class Mapper {
     }
     auto tree = std::make_shared<FbxSceneTree>();
     tree->frameRate = frameRate_;
-    Walk(*s_.mRootNode, -1, *tree);
+    Walk(*s_.mRootNode, *tree);
     tree_ = tree;
     plan_.tree = tree;
     // Node flags first: the vertex layout must be the same on every submesh.
@@ -113,24 +120,30 @@ class Mapper {
  private:
   const aiMesh* MeshAt(unsigned index) const { return index < s_.mNumMeshes ? s_.mMeshes[index] : nullptr; }
 
-  // Depth first, each node before its children.
-  void Walk(const aiNode& node, std::int64_t parent, FbxSceneTree& tree) {
-    const auto index = static_cast<std::int64_t>(tree.nodes.size());
-    FbxSceneNode out;
-    out.name = node.mName.C_Str();
-    out.parent = parent;
-    aiVector3D scale, pos;
-    aiQuaternion rot;
-    node.mTransformation.Decompose(scale, rot, pos);
-    out.T = FbxVector4(pos.x, pos.y, pos.z, 0.0);
-    out.Q = FbxVector4(rot.x, rot.y, rot.z, rot.w);
-    out.S = FbxVector4(scale.x, scale.y, scale.z, 1.0);
-    out.local = FbxMatrix::FromTQS(out.T, out.Q, out.S);
-    nameToNode_.try_emplace(out.name, index);
-    tree.nodes.push_back(std::move(out));
-    aiNodes_.push_back(&node);
-    for (unsigned i = 0; i < node.mNumChildren; ++i)
-      if (node.mChildren[i]) Walk(*node.mChildren[i], index, tree);
+  // Depth first, each node before its children; iterative, since a file may nest
+  // nodes deeper than the stack would take.
+  void Walk(const aiNode& root, FbxSceneTree& tree) {
+    std::vector<std::pair<const aiNode*, std::int64_t>> pending{{&root, -1}};
+    while (!pending.empty()) {
+      const auto [node, parent] = pending.back();
+      pending.pop_back();
+      const auto index = static_cast<std::int64_t>(tree.nodes.size());
+      FbxSceneNode out;
+      out.name = node->mName.C_Str();
+      out.parent = parent;
+      aiVector3D scale, pos;
+      aiQuaternion rot;
+      node->mTransformation.Decompose(scale, rot, pos);
+      out.T = FbxVector4(pos.x, pos.y, pos.z, 0.0);
+      out.Q = FbxVector4(rot.x, rot.y, rot.z, rot.w);
+      out.S = FbxVector4(scale.x, scale.y, scale.z, 1.0);
+      out.local = FbxMatrix::FromTQS(out.T, out.Q, out.S);
+      nameToNode_.try_emplace(out.name, index);
+      tree.nodes.push_back(std::move(out));
+      aiNodes_.push_back(node);
+      for (unsigned i = node->mNumChildren; i-- > 0;)
+        if (node->mChildren[i]) pending.emplace_back(node->mChildren[i], index);
+    }
   }
 
   FbxMatrix BindGlobal(std::size_t node) const {
@@ -153,8 +166,8 @@ class Mapper {
   }
 
   double FileFrameRate(double tps) const {
-    double custom = 0;
-    if (s_.mMetaData && s_.mMetaData->Get("CustomFrameRate", custom) && custom > 0) return custom;
+    float custom = 0;  // the FBX global settings' rate, stored as a float
+    if (s_.mMetaData && s_.mMetaData->Get("CustomFrameRate", custom) && custom > 0 && custom <= 1000) return custom;
     return tps <= 240 ? tps : 30.0;  // ticks of a millisecond clock are no frames
   }
 
@@ -193,9 +206,10 @@ class Mapper {
         f.beginTime = std::isfinite(begin) ? begin : 0.0;
         f.endTime = std::isfinite(end) ? end : f.beginTime;
         f.duration = std::max(anim->mDuration / tps, f.endTime - f.beginTime);
+        if (!std::isfinite(f.duration) || f.duration < 0) f.duration = 0.0;
         f.frameDelay = 1.0 / frameRate_;
-        f.frameCount = static_cast<std::int64_t>(std::llround(std::min(f.duration * frameRate_, 1e15)));
-        f.secondCount = static_cast<std::int64_t>(std::min(f.duration, 1e15));
+        f.frameCount = WholeCount(f.duration * frameRate_ + 0.5);
+        f.secondCount = WholeCount(f.duration);
         plan_.first = f;
       }
       plan_.actions.set(name, std::move(action));

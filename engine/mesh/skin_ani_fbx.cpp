@@ -92,7 +92,9 @@ const std::vector<double>& Vorn_SkinSubMeshAni_FBX::GetFinalBoneMatrixByTime(Ski
   FinalShaderMatrixArray.clear();
   FinalBoneXYZArray.clear();
   const double t = currTime.seconds;
-  console::print("CurrFrame:", static_cast<std::int64_t>(std::floor(t * tree_->frameRate + 1e-9)));
+  // The frame number, clamped so that any time a script sets converts safely.
+  const double frame = std::floor(t * tree_->frameRate + 1e-9);
+  console::print("CurrFrame:", std::isfinite(frame) ? static_cast<std::int64_t>(std::clamp(frame, -9.0e18, 9.0e18)) : 0);
   // Parents precede children, so one pass gives every global transform.
   const auto& nodes = tree_->nodes;
   global_.resize(nodes.size());

@@ -4,7 +4,14 @@
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
 
+#include <sys/wait.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <fstream>
+#include <iterator>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -359,6 +366,30 @@ class Mapper {
   std::vector<PendingAction> pendingActions_;
 };
 
+// Debian's library is built with its internal assertions on, and a corrupt binary FBX
+// can fail one, which aborts the process. Such a file is read first in a child process;
+// only one the child reads without dying is read here.
+bool IsBinaryFBX(std::span<const std::uint8_t> head) {
+  static constexpr char kMagic[] = "Kaydara FBX Binary  ";
+  return head.size() >= sizeof kMagic - 1 && std::memcmp(head.data(), kMagic, sizeof kMagic - 1) == 0;
+}
+
+bool SurvivesImport(std::span<const std::uint8_t> bytes) {
+  std::fflush(nullptr);  // the child must not write our buffered output a second time
+  const pid_t pid = ::fork();
+  if (pid < 0) return true;  // no child to spare: read it here
+  if (pid == 0) {
+    Assimp::Importer importer;
+    importer.ReadFileFromMemory(bytes.data(), bytes.size(), 0, "fbx");
+    ::_exit(0);
+  }
+  int status = 0;
+  while (::waitpid(pid, &status, 0) < 0) {
+    if (errno != EINTR) return false;
+  }
+  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
 unsigned Flags(ModelSplit split) {
   unsigned flags = aiProcess_JoinIdenticalVertices | aiProcess_FlipUVs | aiProcess_ValidateDataStructure;
   if (split == ModelSplit::PerMesh) flags |= aiProcess_Triangulate;
@@ -376,12 +407,18 @@ std::optional<ModelPlan> MapScene(const aiScene* scene, const std::string& path,
 }  // namespace
 
 std::optional<ModelPlan> ImportModelFile(const std::string& path, ModelSplit split, bool swapyz) {
+  {
+    std::ifstream in(path, std::ios::binary);
+    std::vector<std::uint8_t> bytes((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    if (IsBinaryFBX(bytes) && !SurvivesImport(bytes)) return MapScene(nullptr, path, split, swapyz);
+  }
   Assimp::Importer importer;
   return MapScene(importer.ReadFile(path, Flags(split)), path, split, swapyz);
 }
 
 std::optional<ModelPlan> ImportModelMemory(std::span<const std::uint8_t> bytes, const std::string& hint,
                                            const std::string& path, ModelSplit split, bool swapyz) {
+  if (IsBinaryFBX(bytes) && !SurvivesImport(bytes)) return MapScene(nullptr, path, split, swapyz);
   Assimp::Importer importer;
   return MapScene(importer.ReadFileFromMemory(bytes.data(), bytes.size(), Flags(split), hint.c_str()), path, split,
                   swapyz);

@@ -1,6 +1,7 @@
 """FBX and the other model formats as scripts load them: the walker from GLB and from FBX
 side by side on screen, files that don't load, a glTF of several primitives and
 materials through the general loader, and hand-written odd models converted to FBX."""
+import base64
 import json
 import pathlib
 import shutil
@@ -72,6 +73,12 @@ def test_the_fbx_walker_draws_like_the_glb_one(scene, assets, capsys):
     assert "Load Failed." not in capsys.readouterr().out
 
 
+ASSERTION_FBX = (
+    "eNrFkM9Kw0AQxqdWKclBVBBBEMacpeRSqu3JSqXBv1gpLehh04wYaZJlswXzGj37QD6K6BMIQtxdYiFozg4sMzC/+b6ZPWNZwATD094Ye2HM"
+    "RIYIu3C+B3C/An/GlmIHxAIS/WdJcRomsSxatSKvFXljiY5IaNAD+Ki/VNC2on84vcBrBbfej6ci41JxtxknzzhVLLt5IogZMoxoKFnEd2q/"
+    "Vb/yPG+MSBu/1QGOSsjqhJjoeO8NgLtSo2t+7bDZarqodC7m/oycA3Qu55FPQlfqubal4rqDzk0izSZDGer5NJ1oJEjKY1p426iPsW2kuUie"
+    "aCrxIZyR3UVzEAXoZygfCa84xXicpiTRi7DdcpWhQRbLm23r83/C2v8G5XPVPw==")
+
 CHILD = """
 import sys, Vorn3DGameEngine as V
 mesh = V.Vorn_3DMesh()
@@ -84,7 +91,9 @@ def test_a_truncated_or_random_fbx_prints_its_line_and_leaves_the_mesh_empty(ass
     whole = (assets / "walker.fbx").read_bytes()
     cases = {"cut.fbx": whole[: len(whole) // 3], "noise.fbx": bytes((i * 97 + 13) % 251 for i in range(5000)),
              "binary_head.fbx": b"Kaydara FBX Binary  \x00\x1a\x00" + struct.pack("<I", 7400) + b"\xff" * 64,
-             "empty.fbx": b""}
+             "empty.fbx": b"",
+             # Found by the fuzz target: the library fails an internal assertion on it.
+             "assertion.fbx": zlib.decompress(base64.b64decode(ASSERTION_FBX))}
     for name, data in cases.items():
         path = tmp_path / name
         path.write_bytes(data)

@@ -59,8 +59,9 @@ struct ModelPlan {
   std::optional<ModelFirstAnimation> first;
 };
 
-// Reads and maps the file. Prints "<path> Load Failed." for a file the library can't
-// read and "No find Root" for a scene without a root, giving nothing; the other lines
+// Reads and maps the file. The library reads it first in a child process (its failed
+// assertions abort). Prints "<path> Load Failed." for a file the library can't read or
+// dies on and "No find Root" for a scene without a root, giving nothing; the other lines
 // of the material and skin walk as it goes. RuntimeError for more than 64 bones on a
 // submesh.
 std::optional<ModelPlan> ImportModelFile(const std::string& path, ModelSplit split, bool swapyz);

@@ -68,6 +68,18 @@ void bind_mesh(py::module_& m) {
           "submesh per material, its map_Kd texture, FX_DIFFUSE_TEXTURE (FX_TEXTURE without\n"
           "normals). The i-th position, normal and texture coordinate of a material belong\n"
           "together; face indices are used as the file gives them.")
+      .def("LoadMeshFromFile_FBX", &Mesh::LoadMeshFromFile_FBX, py::arg("fbxFile"), py::arg("swapyz") = false,
+           "Reads an FBX file (binary or ASCII) through the model importer: one submesh per mesh\n"
+           "node named 'submesh_<node index>' (depth first below the root), triangles only, its\n"
+           "textures, a Vorn_SkinSubMeshAni_FBX per skinned submesh (SubMesh_Dict), one action\n"
+           "per animation stack (ActionDict) and the FirstAnimation_* fields in seconds.\n"
+           "swapyz swaps y and z. IsFBX becomes True. A file that does not load prints\n"
+           "'<path> Load Failed.' and leaves the mesh empty; too many bones raise RuntimeError.")
+      .def("LoadMeshFromFile_Model", &Mesh::LoadMeshFromFile_Model, py::arg("modelFile"), py::arg("swapyz") = false,
+           "An addition of this engine: reads any format of the model importer (glTF and GLB\n"
+           "with every primitive and material, Collada, 3DS, PLY, STL, FBX, ...) the way\n"
+           "LoadMeshFromFile_FBX does, with one submesh per mesh of the file ('submesh_<n>')\n"
+           "and polygons triangulated. IsFBX is left as it is.")
       .def("AddAction", &Mesh::AddAction, py::arg("actionName"), "Accepts the name and does nothing.")
       .def("GetActionCount", &Mesh::GetActionCount, "Number of actions in ActionDict.")
       .def("GetActionName", &Mesh::GetActionName, py::arg("actionIndex"),
@@ -131,7 +143,20 @@ void bind_mesh(py::module_& m) {
       .def_readwrite("CurrAnimation_Speed", &Mesh::CurrAnimation_Speed, "Multiplier on the frame step.")
       .def_readwrite("Playing", &Mesh::Playing, "The clock runs.")
       .def_readwrite("Looping", &Mesh::Looping, "The clock restarts at the end; None before the first PlayAction.")
-      .def_readwrite("SkeletonVisible", &Mesh::SkeletonVisible, "draw_skeleton draws.");
+      .def_readwrite("SkeletonVisible", &Mesh::SkeletonVisible, "draw_skeleton draws.")
+      .def_readwrite("FirstAnimation_TimeSpan", &Mesh::FirstAnimation_TimeSpan,
+                     "(begin, end) of the file's first animation in seconds, or None.")
+      .def_readwrite("FirstAnimation_Duration", &Mesh::FirstAnimation_Duration,
+                     "Length of the first animation in seconds, or None.")
+      .def_readwrite("FirstAnimation_FrameCount", &Mesh::FirstAnimation_FrameCount,
+                     "Length of the first animation in frames of the file's frame rate, or None.")
+      .def_readwrite("FirstAnimation_SecondCount", &Mesh::FirstAnimation_SecondCount,
+                     "Length of the first animation in whole seconds, or None.")
+      .def_readwrite("FirstAnimation_BeginTime", &Mesh::FirstAnimation_BeginTime,
+                     "First key time of the first animation in seconds, or None.")
+      .def_readwrite("FirstAnimation_EndTime", &Mesh::FirstAnimation_EndTime,
+                     "Last key time of the first animation in seconds, or None.")
+      .def_readwrite("FrameDelayTime", &Mesh::FrameDelayTime, "One frame of the file's frame rate in seconds, or None.");
 }
 
 }  // namespace vorn::py_bind

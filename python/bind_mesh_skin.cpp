@@ -7,6 +7,7 @@
 #include "bind_common.h"
 #include "core/fbx_matrix.h"
 #include "mesh/skin_ani_data.h"
+#include "mesh/skin_ani_fbx.h"
 #include "mesh/skin_ani_glb.h"
 
 namespace vorn::py_bind {
@@ -211,6 +212,33 @@ void bind_skin_glb(py::module_& m) {
           "The skeleton segments of the last evaluation: [parent x, y, z, bone x, y, z] each.");
 }
 
+void bind_skin_fbx(py::module_& m) {
+  using SkinFbx = Vorn_SkinSubMeshAni_FBX;
+  py::class_<SkinFbx, SkinData, std::shared_ptr<SkinFbx>>(
+      m, "Vorn_SkinSubMeshAni_FBX",
+      "Skin animation of a submesh read by LoadMeshFromFile_FBX or LoadMeshFromFile_Model:\n"
+      "each bone's global transform is evaluated from the file's node tree and the playing\n"
+      "action, interpolating between keys. The loader fills it; a new one has no bones.")
+      .def(py::init<>(), "An object without bones: evaluation returns the array as it stands.")
+      .def_property_readonly(
+          "BoneNames",
+          [](const SkinFbx& s) {
+            py::list out;
+            for (const FbxCluster& c : s.Clusters()) out.append(c.name);
+            return out;
+          },
+          "The bones' node names in the order of the vertices' bone indices.")
+      .def(
+          "GetFinalBoneMatrixByTime",
+          [](SkinFbx& s, py::handle currTime) { return floats_to_py(s.GetFinalBoneMatrixByTime(time_arg(currTime))); },
+          py::arg("currTime"),
+          "The bone matrices at currTime seconds, 16 floats per bone; at time zero the last\n"
+          "array as it stands (empty after the load). Prints 'CurrFrame: <frame>'.")
+      .def(
+          "GetBoneXYZList", [](const SkinFbx& s) { return segments_to_py(s.GetBoneXYZList()); },
+          "The skeleton segments of the last evaluation: [bone x, y, z, parent x, y, z] each.");
+}
+
 }  // namespace
 
 void bind_mesh_skin(py::module_& m) {
@@ -221,6 +249,7 @@ void bind_mesh_skin(py::module_& m) {
                     "Q is normalised and (0, 0, 0, 0) is no rotation.");
   bind_skin_data(m);
   bind_skin_glb(m);
+  bind_skin_fbx(m);
 }
 
 }  // namespace vorn::py_bind

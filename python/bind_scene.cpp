@@ -98,9 +98,14 @@ void bind_factories(SceneClass& cls) {
                                          py::arg("b") = 1.0);
   Factory<&Scene::CreateMeshFromFile>::def(
       cls, "CreateMeshFromFile",
-      "A Vorn_3DMesh loaded from meshFile by the kind its name shows (\".obj\" with swapyz);\n"
+      "A Vorn_3DMesh loaded from meshFile by the kind its name shows (\".fbx\", \".glb\", \".obj\");\n"
       "a name of no known kind gives an empty mesh. No FX of its own: the loader sets them.",
       py::arg("meshFile") = "", py::arg("swapyz") = false);
+  Factory<&Scene::CreateMeshFromModelFile>::def(
+      cls, "CreateMeshFromModelFile",
+      "An addition of this engine: a Vorn_3DMesh read by LoadMeshFromFile_Model from any format\n"
+      "of the model importer (glTF, Collada, 3DS, PLY, STL, FBX, ...).",
+      py::arg("modelFile") = "", py::arg("swapyz") = false);
   Factory<&Scene::CreatePlane>::def(cls, "CreatePlane", "A Vorn_3DPlane with FX_DIFFUSE.", py::arg("rows") = 20,
                                     py::arg("cows") = 20, py::arg("tilesize") = 1.0);
   // Landscape factories: FX before OnLoad, entered in ObjectArray_3DTerrain.

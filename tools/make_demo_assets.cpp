@@ -1,11 +1,13 @@
 // Writes the demonstration's resources, drawn and modelled procedurally so nothing is
-// downloaded: "wall.jpg", "walker.glb" (the animated character) and, in "Terrain", the
+// downloaded: "wall.jpg", "walker.glb" (the animated character), "walker.fbx" (the same
+// converted to ASCII FBX) and, in "Terrain", the
 // landscape's height and blend files with their textures.
 // Usage: make_demo_assets <Resources folder>
 #include <cstdio>
 #include <filesystem>
 
 #include "brick_wall.h"
+#include "fbx_convert.h"
 #include "terrain_assets.h"
 #include "walker_model.h"
 
@@ -21,6 +23,8 @@ int main(int argc, char** argv) {
   const std::string walker = (dir / "walker.glb").string();
   if (!vorn::tools::WriteWalkerGLB(walker)) {
     std::fprintf(stderr, "make_demo_assets: cannot write %s\n", walker.c_str());
+    ok = false;
+  } else if (!vorn::tools::ConvertModelToFBX(walker, (dir / "walker.fbx").string(), "fbxa")) {
     ok = false;
   }
   if (!vorn::tools::WriteIslandTerrain((dir / "Terrain").string())) {

@@ -43,7 +43,8 @@ DemoOptions parse(const std::vector<std::string>& args) {
 
 // The world: a landscape of 128 by 128 tiles (flat in the middle, hills around, a pond
 // filled by the water plane), a patch of grass, one walker standing idle in the middle
-// and one walking a circle around it. make_demo_assets writes the files; without them
+// and one walking a circle around it, and the same walker read from FBX walking on the
+// spot beside the idle one. make_demo_assets writes the files; without them
 // the brick plane of the first demonstration stands alone.
 bool has_resource(const char* name) {
   return ResManagerInstance && !std::holds_alternative<std::monostate>(ResManagerInstance->GetResPath(name));
@@ -86,6 +87,10 @@ void build_world(Vorn_3Dcene& scene) {
     walker->SetRY(180.0);
     walker->PlayAction(0);  // "Walk"
   }
+  // The same walker read from FBX, walking on the spot beside the idle one.
+  if (!has_resource("walker.fbx")) return;
+  auto fbxWalker = std::dynamic_pointer_cast<Vorn_3DMesh>(scene.CreateMeshFromFile(-1.5, 0.0, 0.0, nullptr, "walker.fbx"));
+  if (fbxWalker) fbxWalker->PlayAction(0);  // "Walk"
 }
 
 // Each callback runs behind the boundary: an exception ends the loop and reaches main.

@@ -171,6 +171,9 @@ class Vorn_3DCamera : public Vorn_3DGameNode {
   unsigned CreateTarget(int key, int texWidth, int texHeight, bool floatMode, std::optional<int> fxid,
                         const char* where);
   const RenderTargetRecord* FindTarget(int key) const { return RenderTargetArray.find(key); }
+  // Set while RenderTargets runs: a camera hung under a node it renders would otherwise
+  // render itself again without end.
+  bool renderingTargets_ = false;
 };
 
 

@@ -134,6 +134,14 @@ void Vorn_3DCamera::RenderObjListToRenderTarget(const std::vector<NodePtr>& objL
 
 void Vorn_3DCamera::RenderTargets(NodeScene& scene) {
   const NestedPass nested;
+  // Reached again through a node it is rendering (the camera is that node's child):
+  // the targets are being drawn already.
+  if (renderingTargets_) return;
+  renderingTargets_ = true;
+  struct Reset {
+    bool& flag;
+    ~Reset() { flag = false; }
+  } reset{renderingTargets_};
   const NodePtr caught = tagetNode.lock();
   // The caught node would be rendered as a list of nodes, which a node is not. This is
   // refused before fog or frame buffer change.

@@ -3,6 +3,7 @@
 
 #include "core/console.h"
 #include "core/errors.h"
+#include "mesh/fbx_load.h"
 #include "mesh/glb_load.h"
 #include "mesh/obj_load.h"
 
@@ -38,6 +39,14 @@ void Vorn_3DMesh::LoadMeshFromFile_OBJ(const std::string& objFile, bool swapyz) 
 
 void Vorn_3DMesh::LoadMeshFromFile_GLB(const std::string& glbFile, bool swapyz) {
   LoadGLBIntoMesh(*this, glbFile, swapyz);
+}
+
+void Vorn_3DMesh::LoadMeshFromFile_FBX(const std::string& fbxFile, bool swapyz) {
+  LoadModelIntoMesh(*this, fbxFile, swapyz, ModelSplit::PerMeshNode);
+}
+
+void Vorn_3DMesh::LoadMeshFromFile_Model(const std::string& modelFile, bool swapyz) {
+  LoadModelIntoMesh(*this, modelFile, swapyz, ModelSplit::PerMesh);
 }
 
 }  // namespace vorn

@@ -5,6 +5,8 @@
 //   mesh.cpp          actions, the clock, the loaders' dispatch
 //   mesh_gl.cpp       bone upload and the debug skeleton
 //   glb_load.cpp      the GLB loader (glb_reader.cpp, glb_file.cpp below it)
+//   fbx_load.cpp      FBX and every other format of the model importer (model_import.cpp)
+#include <cstdint>
 #include <memory>
 #include <optional>
 #include <string>
@@ -31,6 +33,14 @@ class Vorn_3DMesh : public Vorn_3DGameNode {
   void LoadMeshFromFile_GLB(const std::string& glbFile, bool swapyz = false);
   // Reads an OBJ file and the MTL file beside it: one submesh per material.
   void LoadMeshFromFile_OBJ(const std::string& objFile, bool swapyz = false);
+  // Reads an FBX file: one submesh per mesh node ("submesh_<node index>", triangles
+  // only), its textures, a skin object per skinned submesh, one action per animation
+  // stack and the FirstAnimation_* times. swapyz swaps y and z of positions and normals.
+  void LoadMeshFromFile_FBX(const std::string& fbxFile, bool swapyz = false);
+  // Any format the model importer reads (glTF with all its primitives and materials,
+  // Collada, 3DS, PLY, STL, FBX, ...): one submesh per mesh of the file, polygons
+  // triangulated, skins and actions as for FBX. IsFBX stays as it is.
+  void LoadMeshFromFile_Model(const std::string& modelFile, bool swapyz = false);
 
   // ---- Actions ----
   // Accepts the name and does nothing: actions come from files only.
@@ -68,6 +78,21 @@ class Vorn_3DMesh : public Vorn_3DGameNode {
   // Not set before the first PlayAction.
   std::optional<bool> Looping;
   bool SkeletonVisible = false;
+  // The first animation of a file read by LoadMeshFromFile_FBX or _Model, in seconds
+  // (TimeSpan: begin and end; FrameCount: frames at the file's frame rate; SecondCount:
+  // whole seconds; FrameDelayTime: one frame). None for a file without animation.
+  std::optional<std::pair<double, double>> FirstAnimation_TimeSpan;
+  std::optional<double> FirstAnimation_Duration;
+  std::optional<std::int64_t> FirstAnimation_FrameCount;
+  std::optional<std::int64_t> FirstAnimation_SecondCount;
+  std::optional<double> FirstAnimation_BeginTime;
+  std::optional<double> FirstAnimation_EndTime;
+  std::optional<double> FrameDelayTime;
+
+ private:
+  // PlayAction for meshes whose skins evaluate the channels themselves (FBX and the
+  // other importer formats); false when the mesh has no such skin.
+  bool PlayImportedAction(const MeshAction& action);
 };
 
 }  // namespace vorn

@@ -7,6 +7,7 @@
 #include "core/console.h"
 #include "core/errors.h"
 #include "mesh/mesh.h"
+#include "mesh/skin_ani_fbx.h"
 #include "mesh/skin_ani_glb.h"
 
 namespace vorn {
@@ -34,6 +35,7 @@ void Vorn_3DMesh::PlayAction(int actionIndex) {
     console::print("PlayAction:", *actionName1);
     return;
   }
+  if (PlayImportedAction(*BoneRSTDict)) return;
   // Each start builds the keyframes anew; the table handed out is never changed after.
   auto BoneRSBMatrixDict = std::make_shared<BoneKeyframeTable>();
   double Duration = 0.0;
@@ -82,6 +84,30 @@ void Vorn_3DMesh::PlayAction(int actionIndex) {
     if (auto* glb = dynamic_cast<Vorn_SkinSubMeshAni_GLB*>(skin.get())) glb->SetAniBonesMatrix(shared);
   Playing = true;
   Looping = true;
+}
+
+bool Vorn_3DMesh::PlayImportedAction(const MeshAction& action) {
+  std::vector<Vorn_SkinSubMeshAni_FBX*> skins;
+  for (const auto& [submesh_index, skin] : SubMesh_Dict)
+    if (auto* fbx = dynamic_cast<Vorn_SkinSubMeshAni_FBX*>(skin.get())) skins.push_back(fbx);
+  if (skins.empty()) return false;
+  // The skins interpolate the channels themselves; they share one copy of the action.
+  auto shared = std::make_shared<const MeshAction>(action);
+  double Duration = 0.0;
+  for (const auto& [bone, channels] : action)
+    for (const ActionChannel& channel : channels)
+      if (!channel.samples.empty()) Duration = std::max(Duration, channel.samples.back().time);
+  char line[64];
+  std::snprintf(line, sizeof line, "Duration:%.4f", Duration);
+  console::print(line);
+  CurrAnimation_Duration = Duration;
+  CurrAnimation_BeginTime = 0.0;
+  CurrAnimation_EndTime = Duration;
+  CurrAnimation_CurrTime = 0.0;
+  for (Vorn_SkinSubMeshAni_FBX* skin : skins) skin->SetCurrentAction(shared);
+  Playing = true;
+  Looping = true;
+  return true;
 }
 
 }  // namespace vorn

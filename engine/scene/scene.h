@@ -128,6 +128,10 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   // A Vorn_3DMesh loaded from meshFile by its kind (scene_factories_mesh.cpp).
   NodePtr CreateMeshFromFile(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
                              const std::string& meshFile = "", bool swapyz = false);
+  // Our addition: a Vorn_3DMesh read from any format of the model importer
+  // (Vorn_3DMesh::LoadMeshFromFile_Model).
+  NodePtr CreateMeshFromModelFile(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr,
+                                  const std::string& modelFile = "", bool swapyz = false);
   NodePtr CreatePlane(double x = 0.0, double y = 0.0, double z = 0.0, const NodePtr& parent = nullptr, int rows = 20,
                       int cows = 20, double tilesize = 1.0);
   // Landscape factories: the FX is applied before OnLoad; they join ObjectArray_3DTerrain.

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <cctype>
 
-#include "core/errors.h"
 #include "mesh/mesh.h"
 #include "scene/scene.h"
 
@@ -17,17 +16,24 @@ NodeScene::NodePtr Vorn_3Dcene::CreateMeshFromFile(double x, double y, double z,
     const auto at = lower.find(ending);
     return at != std::string::npos && at > 0;
   };
-  if (found(".fbx")) {
-    // Refused before a mesh is made: the script's scene stays as it was.
-    throw RuntimeError("Vorn_3Dcene.CreateMeshFromFile: " + meshFile + ": this build reads OBJ and GLB models only");
-  }
   auto newObj = MakeNode<Vorn_3DMesh>(x, y, z, parent);
-  if (found(".glb")) {
+  if (found(".fbx")) {
+    newObj->LoadMeshFromFile_FBX(meshFile, swapyz);
+  } else if (found(".glb")) {
     newObj->LoadMeshFromFile_GLB(meshFile, swapyz);
   } else if (found(".obj")) {
     newObj->LoadMeshFromFile_OBJ(meshFile, swapyz);
   }
   // A name with none of the endings gives an empty mesh, without a message.
+  newObj->OnLoad(shared_from_this());
+  if (!parent) ObjectArray_3D.push_back(newObj);
+  return newObj;
+}
+
+NodeScene::NodePtr Vorn_3Dcene::CreateMeshFromModelFile(double x, double y, double z, const NodePtr& parent,
+                                                        const std::string& modelFile, bool swapyz) {
+  auto newObj = MakeNode<Vorn_3DMesh>(x, y, z, parent);
+  newObj->LoadMeshFromFile_Model(modelFile, swapyz);
   newObj->OnLoad(shared_from_this());
   if (!parent) ObjectArray_3D.push_back(newObj);
   return newObj;

@@ -44,6 +44,8 @@ def show(value):
         text = repr(value)
     except RecursionError:  # a hostile value nested deeper than repr can follow
         return f"<deeply nested {type(value).__name__}>"
+    except UnicodeDecodeError:  # engine text holding bytes a script stored: not UTF-8
+        return f"<{type(value).__name__} with non-UTF-8 text>"
     return text if len(text) <= 40 else f"{text[:20]}...({len(text)} chars)"
 
 

@@ -24,6 +24,7 @@ def test_demo_draws_the_landscape_and_the_walkers(gl_context, tmp_path):
     assert result.returncode == 0, result.stderr[-2000:]
     # Both walkers loaded and started their actions.
     assert result.stdout.count("walker.glb  include  2  animation.") == 2
+    assert "Load Failed." not in result.stdout  # the FBX walker loaded too
     assert "Duration:1.0000" in result.stdout and "Duration:2.0000" in result.stdout
     # The landscape loaded without a missing texture.
     assert "Can't find" not in result.stdout and "Lost" not in result.stdout

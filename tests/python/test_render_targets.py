@@ -98,11 +98,14 @@ def test_colour_target_camera_renders_before_the_window(scene, capsys):
     capsys.readouterr()
 
 
-def test_camera_rendering_its_own_ancestor_raises_instead_of_crashing(scene):
-    # The camera hangs below a node of ObjectArray_3D and renders that registry into its
-    # target: each pass draws the node, which draws the camera, which starts a pass.
-    holder = scene.Create3DGameNode(0, 0, 0)
-    cam = V.Vorn_3DCamera(0, 0, 5, holder)
-    cam.CreateRenderTarget(8, 8)
-    with pytest.raises(RecursionError):
-        holder.draw(0, 0, 0)
+def test_a_target_camera_under_a_node_it_renders_draws_once(scene):
+    # The camera is drawn as the quad's child while it renders the quad into its target:
+    # it must not render itself again without end.
+    node = lit_quad(scene)
+    cam = scene.CreateCamera(0, 0, 10)
+    node.AddChild(cam)
+    cam.CreateRenderTarget(16, 16, True)
+    cam.ApplyFX(FX.FX_COLOR)
+    scene.DrawScene()
+    node.draw(1, 0.5)
+    assert all(c >= 254 for c in pixel(W // 2, H // 2))

@@ -1,0 +1,196 @@
+"""FBX and the other model formats as scripts load them: the walker from GLB and from FBX
+side by side on screen, files that don't load, a glTF of several primitives and
+materials through the general loader, and hand-written odd models converted to FBX."""
+import base64
+import json
+import pathlib
+import shutil
+import struct
+import subprocess
+import sys
+import zlib
+
+import pytest
+
+import Vorn3DGameEngine as V
+from conftest import W, H
+
+PACKAGE_DIR = pathlib.Path(V.__file__).resolve().parents[1]
+TOOL = PACKAGE_DIR.parent / "tools" / "make_demo_assets"
+ASSIMP = shutil.which("assimp")
+
+
+@pytest.fixture(scope="module")
+def assets(tmp_path_factory):
+    if not TOOL.exists():
+        pytest.skip("the demo tool is built with the engine")
+    folder = tmp_path_factory.mktemp("assets")
+    subprocess.run([str(TOOL), str(folder)], check=True, capture_output=True)
+    return folder
+
+
+def view(scene):
+    scene.SetBGColor(0.0, 0.0, 0.0)
+    scene.SetAmbientColor(1.0, 1.0, 1.0)
+    camera = scene.GetActiveCamera()
+    camera.SetXYZ(0, 1, 3)
+    camera.LookAt(0, 1, 0)
+
+
+def frame(scene):
+    scene.DrawScene()
+    return V.ReadScreenPixels(0, 0, W, H)
+
+
+def test_the_fbx_walker_draws_like_the_glb_one(scene, assets, capsys):
+    view(scene)
+    glb = scene.CreateMeshFromFile(meshFile=str(assets / "walker.glb"))
+    fbx = scene.CreateMeshFromFile(meshFile=str(assets / "walker.fbx"))
+    assert fbx.IsFBX and not glb.IsFBX
+    assert fbx.SubMeshList == ["submesh_0"] and isinstance(fbx.SubMesh_Dict[0], V.Vorn_SkinSubMeshAni_FBX)
+    assert sorted(fbx.SubMesh_Dict[0].BoneNames) == sorted(["Hips", "Spine", "Head", "LeftArm", "RightArm", "LeftLeg",
+                                                           "LeftShin", "RightLeg", "RightShin"])
+    assert [fbx.GetActionName(i) for i in range(fbx.GetActionCount())] == ["Walk", "Idle"]
+    assert fbx.FirstAnimation_Duration == pytest.approx(1.0) and fbx.FirstAnimation_TimeSpan == pytest.approx((0, 1))
+    assert fbx.FirstAnimation_FrameCount == round(1.0 / fbx.FrameDelayTime)
+    for mesh in (glb, fbx):
+        mesh.PlayAction(0)
+        mesh.SetActionSpeed(0.0)  # the frame must not move the clock: only the FBX path interpolates
+    for t in (0.25, 0.5):  # keyframe times of the walk: the GLB path does not interpolate
+        shots = []
+        for shown, hidden in ((glb, fbx), (fbx, glb)):
+            shown.SetVisible(True)
+            hidden.SetVisible(False)
+            shown.CurrAnimation_CurrTime = t
+            shots.append(frame(scene))
+        a, b = shots
+        # The middle half of the screen: the corner statistics text differs.
+        where = [(y * W + x) * 3 for y in range(H) for x in range(W // 4, 3 * W // 4)]
+        covered = sum(1 for i in where if a[i] + a[i + 1] + a[i + 2] > 30)
+        differ = sum(1 for i in where if max(abs(a[i + c] - b[i + c]) for c in range(3)) > 24)
+        assert covered > 2000, "the walker fills part of the view"
+        assert differ < covered * 0.01, (t, differ, covered)
+    assert "Load Failed." not in capsys.readouterr().out
+
+
+ASSERTION_FBX = (
+    "eNrFkM9Kw0AQxqdWKclBVBBBEMacpeRSqu3JSqXBv1gpLehh04wYaZJlswXzGj37QD6K6BMIQtxdYiFozg4sMzC/+b6ZPWNZwATD094Ye2HM"
+    "RIYIu3C+B3C/An/GlmIHxAIS/WdJcRomsSxatSKvFXljiY5IaNAD+Ki/VNC2on84vcBrBbfej6ci41JxtxknzzhVLLt5IogZMoxoKFnEd2q/"
+    "Vb/yPG+MSBu/1QGOSsjqhJjoeO8NgLtSo2t+7bDZarqodC7m/oycA3Qu55FPQlfqubal4rqDzk0izSZDGer5NJ1oJEjKY1p426iPsW2kuUie"
+    "aCrxIZyR3UVzEAXoZygfCa84xXicpiTRi7DdcpWhQRbLm23r83/C2v8G5XPVPw==")
+
+CHILD = """
+import sys, Vorn3DGameEngine as V
+mesh = V.Vorn_3DMesh()
+mesh.LoadMeshFromFile_FBX(sys.argv[1])
+print("submeshes", len(mesh.SubMeshList), len(mesh.SubMesh_Dict), len(mesh.ActionDict), mesh.IsFBX)
+"""
+
+
+def test_a_truncated_or_random_fbx_prints_its_line_and_leaves_the_mesh_empty(assets, tmp_path):
+    whole = (assets / "walker.fbx").read_bytes()
+    cases = {"cut.fbx": whole[: len(whole) // 3], "noise.fbx": bytes((i * 97 + 13) % 251 for i in range(5000)),
+             "binary_head.fbx": b"Kaydara FBX Binary  \x00\x1a\x00" + struct.pack("<I", 7400) + b"\xff" * 64,
+             "empty.fbx": b"",
+             # Found by the fuzz target: the library fails an internal assertion on it.
+             "assertion.fbx": zlib.decompress(base64.b64decode(ASSERTION_FBX))}
+    for name, data in cases.items():
+        path = tmp_path / name
+        path.write_bytes(data)
+        run = subprocess.run([sys.executable, "-c", CHILD, str(path)], capture_output=True, text=True, timeout=60)
+        assert run.returncode == 0, (name, run.stderr[-1000:])
+        assert run.stdout.splitlines() == [f"{path} Load Failed.", "submeshes 0 0 0 True"], name
+
+
+def png(width, height, rgb):
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+    rows = b"".join(b"\0" + bytes(rgb) * width for _ in range(height))
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
+            + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
+
+
+def three_triangles_gltf(folder):
+    """Three triangles side by side in one mesh: the outer two red, the middle one blue."""
+    data, views, accessors, prims = b"", [], [], []
+    for k, x in enumerate((-1.2, 0.0, 1.2)):
+        pos = struct.pack("<9f", x - 0.5, 0.5, 0, x + 0.5, 0.5, 0, x, 1.5, 0)
+        uv = struct.pack("<6f", 0, 0, 1, 0, 0.5, 1)
+        for raw, kind, count in ((pos, "VEC3", 3), (uv, "VEC2", 3)):
+            views.append({"buffer": 0, "byteOffset": len(data), "byteLength": len(raw)})
+            accessors.append({"bufferView": len(views) - 1, "componentType": 5126, "count": count, "type": kind})
+            if kind == "VEC3":
+                accessors[-1].update({"min": [x - 0.5, 0.5, 0], "max": [x + 0.5, 1.5, 0]})
+            data += raw
+        prims.append({"attributes": {"POSITION": len(accessors) - 2, "TEXCOORD_0": len(accessors) - 1},
+                      "material": 1 if k == 1 else 0})
+    (folder / "tri.bin").write_bytes(data)
+    (folder / "red.png").write_bytes(png(4, 4, (255, 0, 0)))
+    (folder / "blue.png").write_bytes(png(4, 4, (0, 0, 255)))
+    doc = {"asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}], "nodes": [{"mesh": 0}],
+           "meshes": [{"primitives": prims}], "buffers": [{"uri": "tri.bin", "byteLength": len(data)}],
+           "bufferViews": views, "accessors": accessors,
+           "images": [{"uri": "red.png"}, {"uri": "blue.png"}], "textures": [{"source": 0}, {"source": 1}],
+           "materials": [{"name": "red", "pbrMetallicRoughness": {"baseColorTexture": {"index": 0}}},
+                         {"name": "blue", "pbrMetallicRoughness": {"baseColorTexture": {"index": 1}}}]}
+    path = folder / "three.gltf"
+    path.write_text(json.dumps(doc))
+    return path
+
+
+def test_the_model_loader_keeps_every_primitive_and_material(scene, tmp_path, capsys):
+    view(scene)
+    path = three_triangles_gltf(tmp_path)
+    mesh = scene.CreateMeshFromModelFile(modelFile=str(path))
+    assert type(mesh) is V.Vorn_3DMesh and scene.ObjectArray_3D[-1] is mesh and not mesh.IsFBX
+    assert mesh.SubMeshList == ["submesh_0", "submesh_1", "submesh_2"]
+    assert [len(mesh.VIndexArray[s]) for s in range(3)] == [3, 3, 3]
+    out = capsys.readouterr().out
+    assert "Can't find" not in out and out.count("All polygons share the same material on layer 0") == 3
+    pixels = frame(scene)
+
+    def at(x, y):
+        i = (y * W + x) * 3
+        return tuple(pixels[i:i + 3])
+    # Centres of the three triangles on screen, bottom-up rows.
+    left, middle, right = (at(W // 2 + dx, H // 2 + 40) for dx in (-100, 0, 100))
+    assert left[0] > 150 and left[2] < 60 and right[0] > 150 and right[2] < 60
+    assert middle[2] > 150 and middle[0] < 60
+
+
+OBJ_QUAD = """mtllib quad.mtl
+v -1 0 0
+v 1 0 0
+v 1 1 0
+v -1 1 0
+v 2 0 0
+v 3 0 0
+v 2 1 0
+vt 0 0
+vt 1 0
+vt 1 1
+vt 0 1
+usemtl painted
+f 1/1 2/2 3/3 4/4
+f 5/1 6/2 7/3
+"""
+
+
+@pytest.mark.skipif(not ASSIMP, reason="the assimp command (assimp-utils) converts the hand-written model")
+def test_an_fbx_without_normals_animation_or_its_texture_and_with_a_quad(scene, tmp_path, capsys):
+    (tmp_path / "quad.mtl").write_text("newmtl painted\nKd 1 1 1\nmap_Kd gone.png\n")
+    (tmp_path / "quad.obj").write_text(OBJ_QUAD)
+    for fmt, name in (("fbxa", "quada.fbx"), ("fbx", "quadb.fbx")):
+        subprocess.run([ASSIMP, "export", "quad.obj", name, "-f" + fmt], cwd=tmp_path, check=True, capture_output=True)
+    capsys.readouterr()
+    mesh = scene.CreateMeshFromFile(meshFile=str(tmp_path / "quada.fbx"))
+    out = capsys.readouterr().out.splitlines()
+    assert "All polygons share the same material on layer 0" in out
+    assert any(line.startswith("Can't find texture:") and "gone.png" in line for line in out)
+    assert len(mesh.SubMeshList) == 1 and mesh.SubMeshList[0].startswith("submesh_")
+    assert mesh.VIndexArray[0] == [4, 5, 6] or len(mesh.VIndexArray[0]) == 3  # the quad is not drawn
+    assert not mesh.withNormal and not mesh.withSkin and mesh.SubMesh_Dict == {}
+    assert mesh.ActionDict == {} and mesh.FirstAnimation_Duration is None and mesh.FrameDelayTime is None
+    # The general loader triangulates the quad.
+    whole = scene.CreateMeshFromModelFile(modelFile=str(tmp_path / "quada.fbx"))
+    assert len(whole.VIndexArray[0]) == 9

@@ -71,6 +71,22 @@ void BM_ParseHeightFile(benchmark::State& state) {
 }
 BENCHMARK(BM_ParseHeightFile)->Unit(benchmark::kMillisecond);
 
+// The whole file as a plain loader reads it, and the grid size from its header.
+struct RawHeightFile {
+  std::vector<unsigned char> bytes;
+  std::int32_t cows = 0, rows = 0;
+};
+RawHeightFile ReadRaw(const std::string& path, benchmark::State& state) {
+  RawHeightFile raw;
+  raw.bytes.resize(std::filesystem::file_size(path));
+  std::FILE* f = std::fopen(path.c_str(), "rb");
+  if (std::fread(raw.bytes.data(), 1, raw.bytes.size(), f) != raw.bytes.size()) state.SkipWithError("short read");
+  std::fclose(f);
+  std::memcpy(&raw.cows, raw.bytes.data(), 4);
+  std::memcpy(&raw.rows, raw.bytes.data() + 4, 4);
+  return raw;
+}
+
 // The baseline: the file read whole, then one pass for the vertices and one for the
 // indices, the normals by the terrain's rule. Its arrays are new at each load, as a
 // loader's are: reusing them would leave out the cost of fresh memory that every
@@ -78,16 +94,11 @@ BENCHMARK(BM_ParseHeightFile)->Unit(benchmark::kMillisecond);
 void BM_PlainLoop(benchmark::State& state) {
   const std::string& path = HeightFilePath();
   for (auto _ : state) {
-    std::vector<unsigned char> bytes;
+    const RawHeightFile raw = ReadRaw(path, state);
+    const std::vector<unsigned char>& bytes = raw.bytes;
+    const std::int32_t cows = raw.cows, rows = raw.rows;
     std::vector<float> vertices;
     std::vector<std::uint32_t> indices;
-    std::FILE* f = std::fopen(path.c_str(), "rb");
-    bytes.resize(std::filesystem::file_size(path));
-    if (std::fread(bytes.data(), 1, bytes.size(), f) != bytes.size()) state.SkipWithError("short read");
-    std::fclose(f);
-    std::int32_t cows = 0, rows = 0;
-    std::memcpy(&cows, bytes.data(), 4);
-    std::memcpy(&rows, bytes.data() + 4, 4);
     const std::size_t stride = static_cast<std::size_t>(cows) + 1;
     std::vector<float> h((static_cast<std::size_t>(rows) + 1) * stride);
     std::memcpy(h.data(), bytes.data() + 8, h.size() * 4);
@@ -129,13 +140,9 @@ BENCHMARK(BM_PlainLoop)->Unit(benchmark::kMillisecond);
 void BM_PlainLoopScriptArrays(benchmark::State& state) {
   const std::string& path = HeightFilePath();
   for (auto _ : state) {
-    std::vector<unsigned char> bytes(std::filesystem::file_size(path));
-    std::FILE* f = std::fopen(path.c_str(), "rb");
-    if (std::fread(bytes.data(), 1, bytes.size(), f) != bytes.size()) state.SkipWithError("short read");
-    std::fclose(f);
-    std::int32_t cows = 0, rows = 0;
-    std::memcpy(&cows, bytes.data(), 4);
-    std::memcpy(&rows, bytes.data() + 4, 4);
+    const RawHeightFile raw = ReadRaw(path, state);
+    const std::vector<unsigned char>& bytes = raw.bytes;
+    const std::int32_t cows = raw.cows, rows = raw.rows;
     const std::size_t stride = static_cast<std::size_t>(cows) + 1;
     const std::size_t points = (static_cast<std::size_t>(rows) + 1) * stride;
     std::vector<double> heights(points), positions, normals, uvs;

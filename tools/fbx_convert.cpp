@@ -5,6 +5,11 @@
 #include <assimp/scene.h>
 
 #include <cstdio>
+#include <fstream>
+#include <iterator>
+#include <vector>
+
+#include "fbx_binary_repair.h"
 
 namespace vorn::tools {
 namespace {
@@ -12,6 +17,22 @@ namespace {
 template <typename Key>
 void ToSeconds(Key* keys, unsigned count, double tps) {
   for (unsigned k = 0; k < count; ++k) keys[k].mTime /= tps;
+}
+
+bool RepairBinaryFile(const std::string& path) {
+  std::vector<std::uint8_t> bytes;
+  {
+    std::ifstream in(path, std::ios::binary);
+    bytes.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  }
+  const auto repaired = AddFbxEndRecords(bytes);
+  if (!repaired) {
+    std::fprintf(stderr, "ConvertModelToFBX: %s: not a binary FBX file of version 7500 or later\n", path.c_str());
+    return false;
+  }
+  std::ofstream out(path, std::ios::binary | std::ios::trunc);
+  out.write(reinterpret_cast<const char*>(repaired->data()), static_cast<std::streamsize>(repaired->size()));
+  return static_cast<bool>(out);
 }
 
 }  // namespace
@@ -41,7 +62,7 @@ bool ConvertModelToFBX(const std::string& in, const std::string& out, const std:
     std::fprintf(stderr, "ConvertModelToFBX: %s: %s\n", out.c_str(), exporter.GetErrorString());
     return false;
   }
-  return true;
+  return formatId != "fbx" || RepairBinaryFile(out);
 }
 
 }  // namespace vorn::tools

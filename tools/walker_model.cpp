@@ -184,11 +184,12 @@ Pose WalkPose(double t) {
   return p;
 }
 
-// Standing: breathing, arms a little out, the head looking around, over two seconds.
+// Standing: breathing (the chest rises), arms a little out, the head looking around, over
+// two seconds. No scale keys: the FBX the model is converted to could not keep them.
 Pose IdlePose(double t) {
   Pose p = RestPose();
   const double phase = std::numbers::pi * t;
-  p.s[1][1] = static_cast<float>(1.0 + 0.02 * std::sin(phase));
+  p.t[1][1] += static_cast<float>(0.01 * std::sin(phase));
   p.r[2] = AxisAngle(1, 12.0 * std::sin(phase));
   p.r[3] = AxisAngle(2, 4.0 + 2.0 * std::sin(phase));
   p.r[4] = AxisAngle(2, -4.0 - 2.0 * std::sin(phase));

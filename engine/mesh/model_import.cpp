@@ -4,22 +4,17 @@
 #include <assimp/postprocess.h>
 #include <assimp/scene.h>
 
-#include <sys/wait.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <chrono>
 #include <cmath>
-#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
-#include <thread>
 #include <unordered_map>
 
 #include "core/console.h"
 #include "core/errors.h"
+#include "mesh/import_helper.h"
+#include "mesh/model_plan_wire.h"
 #include "node/vertex_bone_sort.h"
 #include "resource/image.h"
 #include "resource/png_codec.h"
@@ -367,40 +362,6 @@ class Mapper {
   std::vector<PendingAction> pendingActions_;
 };
 
-// Debian's library is built with its internal assertions on, and a corrupt file can
-// fail one (its FBX tokenizers do), which aborts the process. So every file is read
-// first in a child process with the same steps; only one the child reads without dying
-// is read here. This doubles the library's share of the load time.
-template <typename Read>
-bool SurvivesInChild(const Read& read) {
-  std::fflush(nullptr);  // the child must not write our buffered output a second time
-  const pid_t pid = ::fork();
-  if (pid < 0) return true;  // no child to spare: read it here
-  if (pid == 0) {
-    Assimp::Importer importer;
-    read(importer);
-    ::_exit(0);
-  }
-  // The child was forked from a process with other threads (GL driver, audio); should it
-  // ever block on a lock one of them held, it is stopped after a minute and the file
-  // counts as unreadable rather than the game hanging.
-  int status = 0;
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-  for (;;) {
-    const pid_t done = ::waitpid(pid, &status, WNOHANG);
-    if (done == pid) break;
-    if (done < 0 && errno != EINTR) return false;
-    if (std::chrono::steady_clock::now() > deadline) {
-      ::kill(pid, SIGKILL);
-      while (::waitpid(pid, &status, 0) < 0 && errno == EINTR) {
-      }
-      return false;
-    }
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
-  return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
 unsigned Flags(ModelSplit split) {
   unsigned flags = aiProcess_JoinIdenticalVertices | aiProcess_FlipUVs | aiProcess_ValidateDataStructure;
   if (split == ModelSplit::PerMesh) flags |= aiProcess_Triangulate;
@@ -415,28 +376,86 @@ std::optional<ModelPlan> MapScene(const aiScene* scene, const std::string& path,
   return Mapper(*scene, path, split, swapyz).Map();
 }
 
+// Reads and maps here, printing and throwing as it goes.
+std::optional<ModelPlan> ReadAndMap(const ImportRequest& r) {
+  Assimp::Importer importer;
+  const unsigned flags = Flags(r.split);
+  const aiScene* scene = r.fromMemory ? importer.ReadFileFromMemory(r.bytes.data(), r.bytes.size(), flags, r.hint.c_str())
+                                      : importer.ReadFile(r.path, flags);
+  return MapScene(scene, r.path, r.split, r.swapyz);
+}
+
+// The helper's side: its console lines are collected for the answer instead of printed.
+std::vector<std::string> helperLines;
+void CollectLine(std::string_view line) { helperLines.emplace_back(line); }
+
+}  // namespace
+
+std::string ServeModelImport(std::string_view requestBytes) {
+  console::set_sink(&CollectLine);
+  helperLines.clear();
+  ImportOutcome out;
+  try {
+    const auto request = DecodeImportRequest(requestBytes);
+    if (!request) throw RuntimeError("the model import request arrived damaged");
+    out.plan = ReadAndMap(*request);
+  } catch (const RuntimeError& e) {
+    out.failure = ImportOutcome::Failure::RuntimeError;
+    out.failureText = e.what();
+  } catch (const ValueError& e) {
+    out.failure = ImportOutcome::Failure::ValueError;
+    out.failureText = e.what();
+  } catch (const std::bad_alloc&) {
+    out.failure = ImportOutcome::Failure::OutOfMemory;
+  } catch (const std::exception& e) {
+    out.failure = ImportOutcome::Failure::RuntimeError;
+    out.failureText = e.what();
+  }
+  if (out.failure != ImportOutcome::Failure::None) out.plan.reset();
+  out.lines = std::move(helperLines);
+  return EncodeImportOutcome(out);
+}
+
+namespace {
+
+std::optional<ModelPlan> Import(const ImportRequest& request) {
+  const HelperAnswer answer = RunInImportHelper(EncodeImportRequest(request), &ServeModelImport);
+  // No helper to spare (no process can be made): read here, as a build without the
+  // helper would.
+  if (answer.status == HelperAnswer::Status::Unavailable) return ReadAndMap(request);
+  std::optional<ImportOutcome> out;
+  if (answer.status == HelperAnswer::Status::Answered) out = DecodeImportOutcome(answer.bytes);
+  if (!out) return MapScene(nullptr, request.path, request.split, request.swapyz);  // it died on the file
+  for (const std::string& line : out->lines) console::write_line(line);
+  switch (out->failure) {
+    case ImportOutcome::Failure::None: return std::move(out->plan);
+    case ImportOutcome::Failure::RuntimeError: throw RuntimeError(out->failureText);
+    case ImportOutcome::Failure::ValueError: throw ValueError(out->failureText);
+    case ImportOutcome::Failure::OutOfMemory: throw std::bad_alloc();
+  }
+  return std::nullopt;
+}
+
 }  // namespace
 
 std::optional<ModelPlan> ImportModelFile(const std::string& path, ModelSplit split, bool swapyz) {
-  const unsigned flags = Flags(split);
-  if (!SurvivesInChild([&](Assimp::Importer& probe) { probe.ReadFile(path, flags); })) {
-    return MapScene(nullptr, path, split, swapyz);
-  }
-  Assimp::Importer importer;
-  return MapScene(importer.ReadFile(path, flags), path, split, swapyz);
+  ImportRequest request;
+  request.split = split;
+  request.swapyz = swapyz;
+  request.path = path;
+  return Import(request);
 }
 
 std::optional<ModelPlan> ImportModelMemory(std::span<const std::uint8_t> bytes, const std::string& hint,
                                            const std::string& path, ModelSplit split, bool swapyz) {
-  const unsigned flags = Flags(split);
-  if (!SurvivesInChild([&](Assimp::Importer& probe) {
-        probe.ReadFileFromMemory(bytes.data(), bytes.size(), flags, hint.c_str());
-      })) {
-    return MapScene(nullptr, path, split, swapyz);
-  }
-  Assimp::Importer importer;
-  return MapScene(importer.ReadFileFromMemory(bytes.data(), bytes.size(), flags, hint.c_str()), path, split,
-                  swapyz);
+  ImportRequest request;
+  request.fromMemory = true;
+  request.split = split;
+  request.swapyz = swapyz;
+  request.path = path;
+  request.hint = hint;
+  request.bytes.assign(bytes.begin(), bytes.end());
+  return Import(request);
 }
 
 }  // namespace vorn

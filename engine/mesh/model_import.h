@@ -18,6 +18,7 @@
 #include <optional>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "core/ordered_map.h"
@@ -59,14 +60,19 @@ struct ModelPlan {
   std::optional<ModelFirstAnimation> first;
 };
 
-// Reads and maps the file. The library reads it first in a child process (its failed
-// assertions abort). Prints "<path> Load Failed." for a file the library can't read or
-// dies on and "No find Root" for a scene without a root, giving nothing; the other lines
-// of the material and skin walk as it goes. RuntimeError for more than 64 bones on a
-// submesh.
+// Reads and maps the file. The library runs in a helper process (import_helper.h) that
+// sends the plan and its console lines back, so a file the library dies on ends only the
+// helper. Prints "<path> Load Failed." for a file the library can't read or dies on and
+// "No find Root" for a scene without a root, giving nothing; the other lines of the
+// material and skin walk as it goes. RuntimeError for more than 64 bones on a submesh.
 std::optional<ModelPlan> ImportModelFile(const std::string& path, ModelSplit split, bool swapyz);
 // The same from bytes in memory; `hint` is the file ending ("fbx").
 std::optional<ModelPlan> ImportModelMemory(std::span<const std::uint8_t> bytes, const std::string& hint,
                                            const std::string& path, ModelSplit split, bool swapyz);
+
+// The helper's side of an import: decodes the request (model_plan_wire.h), reads and
+// maps, and encodes the outcome with the console lines it printed and the exception it
+// ended with. Runs in the helper process; the fuzz target calls it there too.
+std::string ServeModelImport(std::string_view request);
 
 }  // namespace vorn

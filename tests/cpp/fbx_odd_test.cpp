@@ -11,6 +11,7 @@
 #include <string>
 
 #include "console_capture.h"
+#include "core/errors.h"
 #include "mesh/model_import.h"
 
 namespace vorn {
@@ -26,8 +27,8 @@ std::string BoneName(unsigned b) {
 
 // Root with the mesh node "Body" first, then six bone nodes. The mesh: a triangle
 // (vertices 0-2) and a quad (3-6); vertex 0 is bound to all six bones, the strongest
-// being B5; every other vertex to B0 alone.
-std::string OddFBX() {
+// being B5; every other vertex to B0 alone. (Or as many bones as asked for.)
+std::string OddFBX(unsigned kBones = vorn::kBones) {
   aiScene scene;
   scene.mRootNode = new aiNode("Root");
   scene.mRootNode->mNumChildren = 1 + kBones;
@@ -129,6 +130,20 @@ TEST(FbxOddFiles, TheGeneralLoaderTriangulatesTheQuad) {
   std::size_t corners = 0;
   for (const auto& s : plan->submeshes) corners += s.indices.size();
   EXPECT_EQ(corners, 9u);
+}
+
+TEST(FbxOddFiles, TooManyBonesRaiseAfterTheLinesPrintedBefore) {
+  // The read runs in the library's helper process: its lines and its error come back.
+  const std::string file = OddFBX(65);
+  ConsoleCapture out;
+  try {
+    ImportModelMemory(std::span(reinterpret_cast<const std::uint8_t*>(file.data()), file.size()), "fbx", "many.fbx",
+                      ModelSplit::PerMeshNode, false);
+    ADD_FAILURE() << "no RuntimeError";
+  } catch (const RuntimeError& e) {
+    EXPECT_STREQ(e.what(), "The number of bones cannot exceed 64!");
+  }
+  EXPECT_EQ(out.lines(), std::vector<std::string>{"All polygons share the same material on layer 0"});
 }
 
 }  // namespace

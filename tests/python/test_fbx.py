@@ -80,10 +80,38 @@ ASSERTION_FBX = (
     "aCrxIZyR3UVzEAXoZygfCa84xXicpiTRi7DdcpWhQRbLm23r83/C2v8G5XPVPw==")
 
 CHILD = """
-import sys, Vorn3DGameEngine as V
-mesh = V.Vorn_3DMesh()
-mesh.LoadMeshFromFile_FBX(sys.argv[1])
-print("submeshes", len(mesh.SubMeshList), len(mesh.SubMesh_Dict), len(mesh.ActionDict), mesh.IsFBX)
+import os, signal, sys, tempfile, Vorn3DGameEngine as V
+def load(path):
+    mesh = V.Vorn_3DMesh()
+    mesh.LoadMeshFromFile_FBX(path)
+    print("submeshes", len(mesh.SubMeshList), len(mesh.SubMesh_Dict), len(mesh.ActionDict), mesh.IsFBX, flush=True)
+def helpers():
+    me = os.getpid()
+    with open(f"/proc/{me}/task/{me}/children") as f:
+        return [int(pid) for pid in f.read().split()]
+broken, good = sys.argv[1:-1], sys.argv[-1]
+for path in broken:
+    load(path)
+# The library's reading helper dies (killed here, as a library abort would end it): the
+# next file gets a new one.
+first = helpers()
+os.kill(first[0], signal.SIGKILL)
+while open(f"/proc/{first[0]}/stat").read().split()[2] != "Z":
+    pass
+load(broken[0])
+second = helpers()
+print("helpers", len(first), len(second), first != second, flush=True)
+# A process forked from this one starts a helper of its own rather than sharing ours.
+pid = os.fork()
+if pid == 0:
+    load(broken[0])
+    print("forked", helpers() != second and len(helpers()) == 1, flush=True)
+    os._exit(0)
+os.waitpid(pid, 0)
+V.glutInit()
+V.glutCreateWindow("fbx")
+V.PyGameResManager(tempfile.mkdtemp())
+load(good)
 """
 
 
@@ -94,12 +122,22 @@ def test_a_truncated_or_random_fbx_prints_its_line_and_leaves_the_mesh_empty(ass
              "empty.fbx": b"",
              # Found by the fuzz target: the library fails an internal assertion on it.
              "assertion.fbx": zlib.decompress(base64.b64decode(ASSERTION_FBX))}
+    paths = []
     for name, data in cases.items():
-        path = tmp_path / name
-        path.write_bytes(data)
-        run = subprocess.run([sys.executable, "-c", CHILD, str(path)], capture_output=True, text=True, timeout=60)
-        assert run.returncode == 0, (name, run.stderr[-1000:])
-        assert run.stdout.splitlines() == [f"{path} Load Failed.", "submeshes 0 0 0 True"], name
+        paths.append(tmp_path / name)
+        paths[-1].write_bytes(data)
+    # One process reads them all, then the good file, whatever became of the library's
+    # reading helper on the way.
+    good = str(assets / "walker.fbx")
+    run = subprocess.run([sys.executable, "-c", CHILD, *map(str, paths), good], capture_output=True, text=True,
+                         timeout=120)
+    assert run.returncode == 0, run.stderr[-1000:]
+    expected = []
+    for path in paths:
+        expected += [f"{path} Load Failed.", "submeshes 0 0 0 True"]
+    loaded = "submeshes 1 1 2 True"
+    lines = [line for line in run.stdout.splitlines() if line.startswith(("submeshes", "helpers", "forked", str(tmp_path)))]
+    assert lines == expected + expected[:2] + ["helpers 1 1 True"] + expected[:2] + ["forked True", loaded]
 
 
 def png(width, height, rgb):

@@ -42,6 +42,7 @@ def signature_defaults(doc, name):
     """Parameter name -> default text, read from the signature lines of a docstring."""
     defaults = {}
     for line in (doc or "").splitlines():
+        line = re.sub(r"^\d+\. ", "", line)  # the numbered signatures of an overloaded function
         if not line.startswith(name + "("):
             continue
         params = line[len(name) + 1:line.rfind(")")]

@@ -64,7 +64,9 @@ class CMakeBuild(build_ext):
         extension = os.path.basename(self.get_ext_fullpath(ext.name))
         if not os.path.isfile(os.path.join(source, extension)):
             raise RuntimeError(f"{source}: no {extension}; was the build configured for {sys.executable}?")
+        # The CMake folder is the whole package: files left from an earlier build go.
         destination = os.path.dirname(self.get_ext_fullpath(ext.name))
+        shutil.rmtree(destination, ignore_errors=True)
         shutil.copytree(source, destination, dirs_exist_ok=True,
                         ignore=shutil.ignore_patterns("__pycache__", "*.pyc"))
 

@@ -41,6 +41,7 @@ class CMakeBuild(build_ext):
     """Builds the package with CMake and copies it next to the other built files."""
 
     def build_extension(self, ext):
+        """Builds in VORN_CMAKE_BUILD_DIR, or configures a fresh temporary folder first."""
         reuse = os.environ.get("VORN_CMAKE_BUILD_DIR")
         if reuse:
             if not os.path.isfile(os.path.join(reuse, "CMakeCache.txt")):

@@ -25,6 +25,7 @@ namespace {
 struct DemoOptions {
   std::optional<int> frames;
   std::optional<std::string> screenshot;
+  std::optional<std::string> resources;
 };
 
 DemoOptions parse(const std::vector<std::string>& args) {
@@ -34,6 +35,8 @@ DemoOptions parse(const std::vector<std::string>& args) {
       options.frames = std::stoi(args[++i]);
     } else if (args[i] == "--screenshot" && i + 1 < args.size()) {
       options.screenshot = args[++i];
+    } else if (args[i] == "--resources" && i + 1 < args.size()) {
+      options.resources = args[++i];
     }
   }
   // A screenshot alone still needs a frame to show.
@@ -123,7 +126,10 @@ int RunDemo(const std::vector<std::string>& args) {
   glutInitWindowSize(SCREEN_WIDTH, SCREEN_HEIGHT);
   CreateEngineWindow("Vorn - 3DWorld");
 
-  const std::string ResDir = (std::filesystem::current_path() / "Resources").string();
+  // The folder Resources under the working directory, unless the caller names another
+  // (the installed package passes the resources shipped inside it).
+  const std::string ResDir =
+      options.resources ? *options.resources : (std::filesystem::current_path() / "Resources").string();
   auto ResManager = PyGameResManager::Create(ResDir);
   const bool DXT_Support = ResManager->CheckCompressTextureFormat_DXT();
   console::print(DXT_Support);

@@ -10,6 +10,7 @@
 #include "app/window_gl.h"
 #include "core/console.h"
 #include "core/gl_api.h"
+#include "core/math_util.h"
 #include "core/screen_settings.h"
 #include "landscape/grass.h"
 #include "landscape/ocean.h"
@@ -25,6 +26,7 @@ namespace {
 struct DemoOptions {
   std::optional<int> frames;
   std::optional<std::string> screenshot;
+  std::optional<double> fixedStep;
 };
 
 DemoOptions parse(const std::vector<std::string>& args) {
@@ -34,6 +36,8 @@ DemoOptions parse(const std::vector<std::string>& args) {
       options.frames = std::stoi(args[++i]);
     } else if (args[i] == "--screenshot" && i + 1 < args.size()) {
       options.screenshot = args[++i];
+    } else if (args[i] == "--fixed-step" && i + 1 < args.size()) {
+      options.fixedStep = std::stod(args[++i]);
     }
   }
   // A screenshot alone still needs a frame to show.
@@ -112,6 +116,8 @@ void reshape_cb(int w, int h) { AtCallbackBoundary([&] { ChangeSizeFunc(w, h); }
 
 int RunDemo(const std::vector<std::string>& args) {
   const DemoOptions options = parse(args);
+  // A reproducible run: the same random numbers (textures, grass) and the same frame times.
+  if (options.fixedStep) SeedRandom(0);
 
   if (!glutGet(GLUT_INIT_STATE)) {
     int argc = 1;
@@ -130,6 +136,7 @@ int RunDemo(const std::vector<std::string>& args) {
 
   openGLScene = Vorn_3Dcene::Create();
   openGLScene->InitGL(SCREEN_WIDTH, SCREEN_HEIGHT);
+  if (options.fixedStep) openGLScene->SetFixedTimeStep(*options.fixedStep);
   openGLScene->SetBGColor(0.1, 0.3, 0.5);
   openGLScene->SetAmbientColor(1.0, 1.0, 1.0);
   openGLScene->SetSceneFog(0.0, 20.0);

@@ -1,9 +1,7 @@
-"""python3 -m Vorn3DGameEngine [--frames N] [--screenshot out.png] [--fixed-step S]: the demonstration.
+"""python3 -m Vorn3DGameEngine [--frames N] [--screenshot out.png]: the demonstration.
 
 Opens an 800 by 600 window with a lit scene; the left button rotates the world or drags
 the gizmo, the right button pans, the wheel zooms. Resources come from ./Resources.
---fixed-step S gives every frame a step of exactly S seconds (and fixed random numbers),
-so that a headless run draws the same picture each time.
 """
 import sys
 

@@ -32,11 +32,16 @@ MATERIALS = {
 
 
 def write_materials(root):
-    """Solid-colour materials in root/TiledMap, plus one custom texture for the paint."""
+    """Solid-colour materials in root/TiledMap, plus one custom texture for the paint. The
+    water has light ripples, so that its flow (the texture drifts with time) shows."""
     folder = os.path.join(root, "TiledMap")
     os.makedirs(folder, exist_ok=True)
     for name, colour in MATERIALS.items():
-        V.Vorn_Image("RGB", (8, 8), colour).save(os.path.join(folder, name))
+        material = V.Vorn_Image("RGB", (8, 8), colour)
+        if name == "water.png":
+            for x in range(8):
+                material.putpixel((x, x), (140, 180, 240))
+        material.save(os.path.join(folder, name))
     V.Vorn_Image("RGB", (8, 8), (220, 200, 60)).save(os.path.join(folder, "sand.png"))
 
 

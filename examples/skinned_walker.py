@@ -40,7 +40,7 @@ def place_walkers(scene: V.Vorn_3Dcene) -> None:
     first = scene.CreateMeshFromFile(0, 0, 0, None, "walker.glb")
     count = first.GetActionCount()
     walkers = [first] + [scene.CreateMeshFromFile(0, 0, 0, None, "walker.glb") for _ in range(count)]
-    names = []
+    names: List[str] = []
     for index, walker in enumerate(walkers):
         walker.SetXYZ((index - count / 2.0) * 1.6, 0, 0)
         walker.PlayAction(index % count)

@@ -143,6 +143,9 @@ def command_of(case: Dict, build: str, screenshot: str, workdir: str) -> List[st
         return [os.path.join(build, "engine", "vorn-demo")] + common
     script = os.path.join(ROOT, "examples", case["program"])
     extra = list(case.get("args", []))
+    if case.get("resources"):
+        # Files the script writes go to the working folder, which is removed afterwards.
+        extra += ["--resources", os.path.join(workdir, "Resources")]
     if case.get("asset_tool"):
         extra += ["--tool", tool]
     return [sys.executable, script] + extra + common

@@ -1,11 +1,13 @@
 """The full-screen modes of a scene: the VR split, the deferred-light and ambient-occlusion
-previews, and a bloom chain of post passes.
+previews, a bloom chain of post passes, and an inset: a second camera rendering into a
+texture that a 2D image shows.
 
-    python3 examples/fullscreen_modes.py [--mode vr|defer|ssao|bloom] [--frames N] [--screenshot out.png]
+    python3 examples/fullscreen_modes.py [--mode vr|defer|ssao|bloom|inset] [--frames N] [--screenshot out.png] [--fixed-step S]
 
 Without --frames the window stays open (GLUT main loop). With --frames N the script draws
 N frames, saves the window to --screenshot if given, and ends: that is how it runs
-headless (under xvfb-run). VR mode shows ico/vorn.png of the working directory; when
+headless (under xvfb-run); --fixed-step S gives every frame exactly S seconds, for
+pictures that repeat. VR mode shows ico/vorn.png of the working directory; when
 there is none, the script makes a small logo in a temporary working directory.
 """
 import argparse
@@ -84,12 +86,26 @@ def open_bloom(scene):
     result.AddChild(label)
 
 
+def open_inset(scene):
+    """A second camera looks down from above into a texture of its own; a 2D image in the
+    corner shows that texture over the normal view."""
+    top = scene.CreateCamera(0, 9, 3)
+    top.LookAt(0, 0, 0)
+    texture = top.CreateRenderTarget()
+    inset = scene.Create2DImage(WIDTH - 210, 10, 200, 150)
+    inset.SetDynamicTextureID(texture, 0)
+    inset.SetTag("Inset")
+
+
 def main(argv):
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
-    parser.add_argument("--mode", choices=["vr", "defer", "ssao", "bloom"], default="vr")
+    parser.add_argument("--mode", choices=["vr", "defer", "ssao", "bloom", "inset"], default="vr")
     parser.add_argument("--frames", type=int, default=None)
     parser.add_argument("--screenshot", default=None)
+    parser.add_argument("--fixed-step", type=float, default=0.0, help="seconds per frame (0: the clock)")
     args = parser.parse_args(argv)
+    if args.fixed_step:
+        V.SeedRandom(1)
     screenshot = os.path.abspath(args.screenshot) if args.screenshot else None
 
     V.glutInit()
@@ -101,6 +117,7 @@ def main(argv):
     scene = V.Vorn_3Dcene()
     scene.InitGL(WIDTH, HEIGHT)
     V.openGLScene = scene
+    scene.SetFixedTimeStep(args.fixed_step)
     build_world(scene)
 
     if args.mode == "vr":
@@ -110,8 +127,10 @@ def main(argv):
         scene.OpenDeferLight()
     elif args.mode == "ssao":
         scene.OpenSSAO()
-    else:
+    elif args.mode == "bloom":
         open_bloom(scene)
+    else:
+        open_inset(scene)
 
     if args.frames is None:
         V.glutDisplayFunc(V.DrawFunc)

@@ -1,13 +1,14 @@
 """A particle fountain with music, a sound on a key and a TrueType label.
 
-    python3 examples/particles_audio.py [--frames N] [--screenshot out.png] [--resources DIR]
+    python3 examples/particles_audio.py [--frames N] [--screenshot out.png] [--fixed-step S] [--resources DIR]
 
 Keys:
     s  play the splash sound     m  stop the music     q  quit
 
 With --frames N the example draws N frames and ends (with --screenshot it saves the last
 one first), so it also runs headless under Xvfb; without a sound card the mixer plays in
-silence on SDL's dummy driver. The sprite, the music and the sound are written by the
+silence on SDL's dummy driver. --fixed-step S gives every frame exactly S seconds and
+fixes the random numbers, for pictures that repeat. The sprite, the music and the sound are written by the
 script itself into the resource folder (a temporary one unless --resources is given).
 """
 import argparse
@@ -82,8 +83,11 @@ def main(argv):
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--frames", type=int, default=0, help="draw this many frames, then end")
     parser.add_argument("--screenshot", help="save the last frame to this PNG file")
+    parser.add_argument("--fixed-step", type=float, default=0.0, help="seconds per frame (0: the clock)")
     parser.add_argument("--resources", help="resource folder (default: a temporary one)")
     args = parser.parse_args(argv)
+    if args.fixed_step:
+        V.SeedRandom(1)
 
     root = args.resources or tempfile.mkdtemp(prefix="particles_audio_")
     write_resources(root)
@@ -96,6 +100,7 @@ def main(argv):
     scene = V.Vorn_3Dcene()
     scene.InitGL(WIDTH, HEIGHT)
     V.openGLScene = scene
+    scene.SetFixedTimeStep(args.fixed_step)
     scene.SetBGColor(0.05, 0.05, 0.12)
     camera = scene.GetActiveCamera()
     camera.SetXYZ(0, 2.5, 9)

@@ -1,6 +1,6 @@
 """A tiny tile-map editor.
 
-    python3 examples/tile_editor.py [--frames N] [--screenshot out.png] [--resources DIR]
+    python3 examples/tile_editor.py [--frames N] [--screenshot out.png] [--fixed-step S] [--resources DIR]
 
 Keys act on the tile under the mouse:
     u  raise the tile            d  lower the tile
@@ -10,7 +10,8 @@ Keys act on the tile under the mouse:
     q  quit
 
 With --frames N the editor draws N frames and ends (with --screenshot it saves the last
-one first), so it also runs headless under Xvfb. The material set is drawn by the script
+one first), so it also runs headless under Xvfb; --fixed-step S gives every frame
+exactly S seconds, for pictures that repeat (the water moves with the scene's time). The material set is drawn by the script
 itself into the resource folder (a temporary one unless --resources is given).
 """
 import argparse
@@ -31,11 +32,16 @@ MATERIALS = {
 
 
 def write_materials(root):
-    """Solid-colour materials in root/TiledMap, plus one custom texture for the paint."""
+    """Solid-colour materials in root/TiledMap, plus one custom texture for the paint. The
+    water has light ripples, so that its flow (the texture drifts with time) shows."""
     folder = os.path.join(root, "TiledMap")
     os.makedirs(folder, exist_ok=True)
     for name, colour in MATERIALS.items():
-        V.Vorn_Image("RGB", (8, 8), colour).save(os.path.join(folder, name))
+        material = V.Vorn_Image("RGB", (8, 8), colour)
+        if name == "water.png":
+            for x in range(8):
+                material.putpixel((x, x), (140, 180, 240))
+        material.save(os.path.join(folder, name))
     V.Vorn_Image("RGB", (8, 8), (220, 200, 60)).save(os.path.join(folder, "sand.png"))
 
 
@@ -126,8 +132,11 @@ def main(argv):
     parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
     parser.add_argument("--frames", type=int, default=0, help="draw this many frames, then end")
     parser.add_argument("--screenshot", help="save the last frame to this PNG file")
+    parser.add_argument("--fixed-step", type=float, default=0.0, help="seconds per frame (0: the clock)")
     parser.add_argument("--resources", help="resource folder (default: a temporary one)")
     args = parser.parse_args(argv)
+    if args.fixed_step:
+        V.SeedRandom(1)
 
     root = args.resources or tempfile.mkdtemp(prefix="tile_editor_")
     write_materials(root)
@@ -140,6 +149,7 @@ def main(argv):
     scene = V.Vorn_3Dcene()
     scene.InitGL(WIDTH, HEIGHT)
     V.openGLScene = scene
+    scene.SetFixedTimeStep(args.fixed_step)
     scene.SetBGColor(0.5, 0.7, 0.9)
     scene.SetAmbientColor(1.0, 1.0, 1.0)
     scene.SetSunLight(-0.3, -1.0, -0.4, 1.0, 1.0, 1.0)

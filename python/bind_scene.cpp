@@ -187,6 +187,12 @@ void bind_scene_class(py::module_& m) {
       .def("AddBatchCount", &Scene::AddBatchCount, "One more draw batch in this frame.")
       .def("SetBGColor", &Scene::SetBGColor, py::arg("r"), py::arg("g"), py::arg("b"), "Clear colour of the next frame.")
       .def("GetCurrTime", &Scene::GetCurrTime, "Seconds since construction, as of the last frame.")
+      .def("SetFixedTimeStep", &Scene::SetFixedTimeStep, py::arg("seconds"),
+           "Reproducible frames: with seconds above 0 each DrawScene advances the scene's time by\n"
+           "exactly that step (actions, animations, particles and shader time repeat run to run);\n"
+           "0 goes back to the wall clock. The time goes on from the last frame's either way.\n"
+           "ValueError for a negative or non-finite step.")
+      .def("GetFixedTimeStep", &Scene::GetFixedTimeStep, "The fixed frame step in seconds; 0 means the wall clock.")
       .def("SetAmbientColor", &Scene::SetAmbientColor, py::arg("r"), py::arg("g"), py::arg("b"), "Ambient colour r, g, b that shaded programs multiply in.")
       .def("GetAmbientColor", [](const Scene& s) { return std::vector<double>(s.AmbientColor.begin(), s.AmbientColor.end()); }, "AmbientColor as a list [r, g, b].")
       .def("SetDepthBlurLerpValue", &Scene::SetDepthBlurLerpValue, py::arg("depthBlurLerpValue"), "Mix factor that full-screen effects read.")

@@ -10,6 +10,7 @@
 #include "app/window_gl.h"
 #include "core/console.h"
 #include "core/gl_api.h"
+#include "core/math_util.h"
 #include "core/screen_settings.h"
 #include "landscape/grass.h"
 #include "landscape/ocean.h"
@@ -26,6 +27,7 @@ struct DemoOptions {
   std::optional<int> frames;
   std::optional<std::string> screenshot;
   std::optional<std::string> resources;
+  std::optional<double> fixedStep;
 };
 
 DemoOptions parse(const std::vector<std::string>& args) {
@@ -37,6 +39,8 @@ DemoOptions parse(const std::vector<std::string>& args) {
       options.screenshot = args[++i];
     } else if (args[i] == "--resources" && i + 1 < args.size()) {
       options.resources = args[++i];
+    } else if (args[i] == "--fixed-step" && i + 1 < args.size()) {
+      options.fixedStep = std::stod(args[++i]);
     }
   }
   // A screenshot alone still needs a frame to show.
@@ -98,6 +102,9 @@ void build_world(Vorn_3Dcene& scene) {
 
 // Each callback runs behind the boundary: an exception ends the loop and reaches main.
 void display_cb() { AtCallbackBoundary([] { DrawFunc(); }); }
+// A run of N frames draws exactly N: redraws the window system asks for (mapping, expose)
+// come at times that vary run to run, so they are left to the next frame.
+void no_display_cb() {}
 void mouse_cb(int btn, int state, int x, int y) { AtCallbackBoundary([&] { MouseFunc(btn, state, x, y); }); }
 void motion_cb(int x, int y) { AtCallbackBoundary([&] { MotionFunc(x, y); }); }
 void keyboard_cb(unsigned char key, int x, int y) {
@@ -115,6 +122,8 @@ void reshape_cb(int w, int h) { AtCallbackBoundary([&] { ChangeSizeFunc(w, h); }
 
 int RunDemo(const std::vector<std::string>& args) {
   const DemoOptions options = parse(args);
+  // A reproducible run: the same random numbers (textures, grass) and the same frame times.
+  if (options.fixedStep) SeedRandom(0);
 
   if (!glutGet(GLUT_INIT_STATE)) {
     int argc = 1;
@@ -136,6 +145,7 @@ int RunDemo(const std::vector<std::string>& args) {
 
   openGLScene = Vorn_3Dcene::Create();
   openGLScene->InitGL(SCREEN_WIDTH, SCREEN_HEIGHT);
+  if (options.fixedStep) openGLScene->SetFixedTimeStep(*options.fixedStep);
   openGLScene->SetBGColor(0.1, 0.3, 0.5);
   openGLScene->SetAmbientColor(1.0, 1.0, 1.0);
   openGLScene->SetSceneFog(0.0, 20.0);
@@ -144,7 +154,7 @@ int RunDemo(const std::vector<std::string>& args) {
   build_world(*openGLScene);
 
   driverInput = DriverInput{};
-  glutDisplayFunc(&display_cb);
+  glutDisplayFunc(options.frames ? &no_display_cb : &display_cb);
   glutMouseFunc(&mouse_cb);
   glutMotionFunc(&motion_cb);
   glutKeyboardFunc(&keyboard_cb);

@@ -1,5 +1,6 @@
 #include "scene/scene.h"
 
+#include <cmath>
 #include <limits>
 
 #include "camera/camera.h"
@@ -42,8 +43,28 @@ Vorn_3Dcene::Vorn_3Dcene()
 
 Vorn_3Dcene::~Vorn_3Dcene() = default;
 
-double Vorn_3Dcene::ElapsedSeconds() const {
+double Vorn_3Dcene::ElapsedSeconds() {
+  if (fixedTimeStep_ > 0.0) {
+    // The frame reads a last time of 0 as "no frame yet", so the fixed clock starts one
+    // step in: the first frame has delay 0 and every later one exactly the step.
+    fixedTime_ += fixedTimeStep_;
+    return fixedTime_;
+  }
   return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin_).count();
+}
+
+void Vorn_3Dcene::SetFixedTimeStep(double seconds) {
+  if (!std::isfinite(seconds) || seconds < 0.0) {
+    throw ValueError("Vorn_3Dcene.SetFixedTimeStep: the step must be a finite number of seconds, 0 or more");
+  }
+  if (seconds > 0.0) {
+    fixedTime_ = uCurrTime;
+  } else if (fixedTimeStep_ > 0.0) {
+    // Back on the wall clock: it reads on from the last frame's time.
+    begin_ = std::chrono::steady_clock::now() -
+             std::chrono::duration_cast<std::chrono::steady_clock::duration>(std::chrono::duration<double>(uCurrTime));
+  }
+  fixedTimeStep_ = seconds;
 }
 
 std::optional<std::array<double, 16>> Vorn_3Dcene::GetActiveViewMatrix() const {

@@ -71,6 +71,12 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   }
   void SetBGColor(double r, double g, double b) { BGColor = {r, g, b}; }
   double GetCurrTime() const override { return uCurrTime; }
+  // Frame clock for reproducible runs: with a step above 0 every DrawScene advances the
+  // time by exactly that many seconds instead of reading the wall clock; 0 returns to the
+  // wall clock. Either way the time goes on from the last frame's. ValueError for a
+  // negative or non-finite step.
+  void SetFixedTimeStep(double seconds);
+  double GetFixedTimeStep() const { return fixedTimeStep_; }
   void SetAmbientColor(double r, double g, double b) { AmbientColor = {r, g, b}; }
   std::array<double, 3> GetAmbientColor() const override { return AmbientColor; }
   void SetDepthBlurLerpValue(double value) { DepthBlurLerpValue = value; }
@@ -290,13 +296,17 @@ class Vorn_3Dcene : public NodeScene, public ScriptOwned, public std::enable_sha
   Vorn_3Dcene();
 
  private:
-  // Seconds since construction on a clock that never jumps.
-  double ElapsedSeconds() const;
+  // The time of the frame being started: seconds since construction on a clock that never
+  // jumps, or the last frame's time plus the fixed step.
+  double ElapsedSeconds();
   void UpdatePhase(double delay);
   void MainPass(bool vrMode);
   bool IsVRMode() const;
 
   std::chrono::steady_clock::time_point begin_;
+  double fixedTimeStep_ = 0.0;
+  // Time of the last fixed-step frame.
+  double fixedTime_ = 0.0;
 };
 
 }  // namespace vorn

@@ -68,6 +68,29 @@ def test_frame_clock_and_statistics(scene):
     assert scene.BatchText.text.startswith("Batch:")
 
 
+def test_fixed_time_step_gives_exact_frame_times(scene):
+    node = Recorder()
+    node.OnLoad(scene)
+    scene.ObjectArray_3D.append(node)
+    del node
+    recorder = scene.ObjectArray_3D[0]
+    with pytest.raises(ValueError, match="SetFixedTimeStep"):
+        scene.SetFixedTimeStep(-0.1)
+    with pytest.raises(ValueError):
+        scene.SetFixedTimeStep(float("nan"))
+    assert scene.GetFixedTimeStep() == 0.0
+    scene.SetFixedTimeStep(0.25)
+    for _ in range(5):
+        scene.DrawScene()
+    # The first frame has no step; the FPS report comes from the fixed clock too.
+    assert recorder.delays == [0.0, 0.25, 0.25, 0.25, 0.25]
+    assert scene.GetCurrTime() == 1.25 and scene.FPSText.text == "FPS:4"
+    # Back on the wall clock, time goes on from the last frame instead of jumping.
+    scene.SetFixedTimeStep(0)
+    scene.DrawScene()
+    assert 0.0 <= recorder.delays[-1] < 0.2 and scene.GetCurrTime() >= 1.25
+
+
 def test_pick_request_is_consumed_by_the_next_frame(scene):
     scene.SetMouseXY(10, 12)
     assert scene.isCheckPickOnce() and (scene.MouseX, scene.MouseY) == (10, 12)

@@ -2,8 +2,10 @@
 the engine's DrawScene called from Python once a frame, and the same scene drawn by a
 script through PyOpenGL (python3-opengl) with the calls of an uncached node draw per
 node (matrix push and pop, program, uniforms, state, buffers, arrays, draw, unbinds),
-plus the camera, the clear, the two overlay texts and the flush. Prints both times
-(medians of rounds) and their ratio.
+plus the camera, the clear, the two overlay texts and the flush. The script draws it
+twice: with its uniform locations prepared once, and looking every uniform of the
+node draw up by name at each draw as a script drawing node by node does. Prints the
+times (medians of rounds) and the ratios to the engine.
 
 Run under a display:
   PYTHONPATH=build/python xvfb-run -a /usr/bin/python3 bench/frame_bench.py
@@ -84,7 +86,12 @@ class PyOpenGLScene:
             for c in s:
                 GLUT.glutBitmapCharacter(GLUT.GLUT_BITMAP_8_BY_13, ord(c))
 
-    def frame(self):
+    NAMES = ("uModelMatrix", "uViewMatrix", "uProjMatrix", "uSSAOKernelCount", "uSSAOKernelRadius",
+             "uSSAOKernelSample", "uSubmeshColor", "uCurrTime", "uAmbientColor", "uFogInfo", "fBlurLerpValue",
+             "uSunLight", "uEyePosition", "uSpecularColor", "uPointLightCount", "uPointLightXYZRangeArray",
+             "uPointLightColorArray")
+
+    def frame(self, lookup=False):
         from OpenGL import GLU
 
         GL = self.GL
@@ -100,6 +107,9 @@ class PyOpenGLScene:
         for model, colour, vbo, ibo in self.nodes:
             GL.glPushMatrix()
             GL.glUseProgram(self.program)
+            if lookup:
+                for name in self.NAMES:
+                    GL.glGetUniformLocation(self.program, name)
             GL.glUniformMatrix4fv(self.uModel, 1, GL.GL_FALSE, model)
             GL.glUniform4fv(self.uColour, 1, colour)
             GL.glUniform3fv(self.uAmbient, 1, self.ambient)
@@ -158,8 +168,10 @@ def main():
     raw = PyOpenGLScene(V.FXManagerInstance.GetShader(V.Vorn_3DFX.FX_DIFFUSE))
     raw.frame()
     pyopengl_us = per_frame(raw.frame, 3)
-    print(f"{COUNT} nodes: DrawScene from Python {engine_us:.0f} us/frame, the same scene through PyOpenGL "
-          f"{pyopengl_us:.0f} us/frame; PyOpenGL / engine {pyopengl_us / engine_us:.1f}")
+    lookup_us = per_frame(lambda: raw.frame(lookup=True), 3)
+    print(f"{COUNT} nodes: DrawScene from Python {engine_us:.0f} us/frame; the same scene through PyOpenGL "
+          f"{pyopengl_us:.0f} us/frame with prepared locations, {lookup_us:.0f} us/frame looking them up; "
+          f"PyOpenGL / engine {pyopengl_us / engine_us:.1f} and {lookup_us / engine_us:.1f}")
 
 
 if __name__ == "__main__":

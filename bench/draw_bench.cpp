@@ -76,7 +76,7 @@ BENCHMARK(BM_EngineDraw)->Unit(benchmark::kMicrosecond);
 void BM_RawGL(benchmark::State& state) {
   const vorn::bench::RawDiffuseNodes raw(nodes, {0.9f, 0.9f, 0.9f}, {0, 0, -1, 1, 1, 1});
   for (auto _ : state) {
-    raw.Draw();
+    raw.DrawSameCalls();
     glFinish();
   }
   state.SetItemsProcessed(state.iterations() * kNodes);

@@ -1,8 +1,13 @@
 #pragma once
-// The raw GL baseline of the draw benchmarks: the calls the engine issues to draw a node
-// with one indexed FX_DIFFUSE submesh (matrix push and pop, program switch, the
-// program's uniforms, texture enable, polygon and cull state, buffer binds, interleaved
-// arrays, the draw, the unbinds), with locations and matrices prepared beforehand.
+// The raw GL baselines of the draw benchmarks, with locations and matrices prepared
+// beforehand, for nodes with one indexed FX_DIFFUSE submesh:
+//   DrawSameCalls    every call a node draw issues when nothing is cached (matrix push
+//                    and pop, program switch, the program's uniforms, texture enable,
+//                    polygon and cull state, buffer binds, interleaved arrays, the draw,
+//                    the unbinds);
+//   DrawFewestCalls  the fewest calls that draw the same picture: the program, the
+//                    shared uniforms and the state once, then per node its matrix and
+//                    colour, its buffers, the arrays and the draw.
 #include <array>
 #include <vector>
 
@@ -34,7 +39,7 @@ class RawDiffuseNodes {
     }
   }
 
-  void Draw() const {
+  void DrawSameCalls() const {
     for (const Node& r : nodes_) {
       glPushMatrix();
       glUseProgram(program_);
@@ -56,6 +61,27 @@ class RawDiffuseNodes {
       glUseProgram(0);
       glPopMatrix();
     }
+  }
+
+  void DrawFewestCalls() const {
+    glUseProgram(program_);
+    glUniform3fv(uAmbient_, 1, ambient_.data());
+    glUniform3fv(uSun_, 2, sun_.data());
+    glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
+    glDisable(GL_CULL_FACE);
+    for (const Node& r : nodes_) {
+      glUniformMatrix4fv(uModel_, 1, GL_FALSE, r.model.data());
+      glUniform4fv(uColour_, 1, r.colour.data());
+      glBindBuffer(GL_ARRAY_BUFFER, r.vbo);
+      glInterleavedArrays(GL_N3F_V3F, 0, nullptr);
+      glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, r.ibo);
+      glDrawElements(GL_TRIANGLES, r.count, GL_UNSIGNED_SHORT, nullptr);
+    }
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    glDisableClientState(GL_VERTEX_ARRAY);
+    glDisableClientState(GL_NORMAL_ARRAY);
+    glUseProgram(0);
   }
 
  private:

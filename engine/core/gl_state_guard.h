@@ -28,6 +28,7 @@
 #include <string_view>
 
 #include "core/gl_context.h"
+#include "core/gl_draw_cache.h"
 
 namespace vorn::gl_state {
 
@@ -42,7 +43,8 @@ struct Tracked {
   GLuint frameBuffer = 0;          // frame buffer of the pass in progress
   Viewport viewport;               // viewport of that pass
   int modelviewPushes = 0;         // draw_begin pushes not yet popped
-  GLuint program = 0;              // program set by UseProgram
+  GLuint program = 0;              // program set by UseProgram (inside a cached run of
+                                   // node draws, drawCache.program is the one bound)
   int textureUnit = 0;             // unit selected by SelectTextureUnit
   bool clientArrays = false;       // glInterleavedArrays enabled client arrays
   int checkedScopes = 0;           // open scopes that found a current context
@@ -51,24 +53,63 @@ inline Tracked tracked;
 
 // ---- Helpers that keep the record true ----
 
+// Pushes that a cached run of node draws left for later (always the topmost ones):
+// nothing in the run changes the matrix under them, so issuing them late gives the same
+// stack, and a pop of one that was never issued is skipped.
+inline void IssuePendingPushes() {
+  for (; drawCache.pendingPushes > 0; --drawCache.pendingPushes) glPushMatrix();
+}
+
 inline void PushModelview() {
+  IssuePendingPushes();
   glPushMatrix();
   ++tracked.modelviewPushes;
 }
 
+// A push whose matrix stays as it is until the matching pop: inside a cached run it is
+// only counted.
+inline void PushModelviewUnchanged() {
+  if (!drawCache.active) {
+    PushModelview();
+    return;
+  }
+  ++drawCache.pendingPushes;
+  ++tracked.modelviewPushes;
+}
+
 inline void PopModelview() {
-  glPopMatrix();
+  if (drawCache.pendingPushes > 0) {
+    --drawCache.pendingPushes;
+  } else {
+    glPopMatrix();
+  }
   if (tracked.modelviewPushes > 0) --tracked.modelviewPushes;
 }
 
+// Inside a cached run of node draws (gl_draw_cache.h) the program already bound is not
+// bound again, and the release to 0 waits: the next draw call binds what it needs
+// (ApplyProgram) and Settle releases it when the run ends.
 inline void UseProgram(GLuint program) {
-  glUseProgram(program);
   tracked.program = program;
+  if (drawCache.active && (program == 0 || drawCache.program == program)) {
+    ++drawCache.skipped;
+    return;
+  }
+  glUseProgram(program);
+  drawCache.program = program;
+}
+
+// Binds the program of the draw that follows if a release was left waiting.
+inline void ApplyProgram() {
+  if (drawCache.program == tracked.program) return;
+  glUseProgram(tracked.program);
+  drawCache.program = tracked.program;
 }
 
 inline void SelectTextureUnit(int unit) {
   glActiveTexture(static_cast<GLenum>(GL_TEXTURE0 + unit));
   tracked.textureUnit = unit;
+  drawCache.unit0Unbound = false;
 }
 
 inline void MarkClientArrays() { tracked.clientArrays = true; }
@@ -92,11 +133,34 @@ inline void SetViewport(const Viewport& v) {
   if (v.width > 0) glViewport(v.x, v.y, v.width, v.height);
 }
 
-// The cheap end of a draw that returned: only what the record says changed.
+// Puts back what a cached run of node draws left waiting: program 0, no buffers bound,
+// client arrays disabled.
+inline void Settle() {
+  IssuePendingPushes();
+  tracked.program = 0;
+  if (drawCache.program != 0 && drawCache.program != kUnknownName) {
+    glUseProgram(0);
+    drawCache.program = 0;
+  }
+  if (drawCache.arrayBuffer != 0 && drawCache.arrayBuffer != kUnknownName) {
+    glBindBuffer(GL_ARRAY_BUFFER, 0);
+    drawCache.arrayBuffer = 0;
+  }
+  if (drawCache.elementBuffer != 0 && drawCache.elementBuffer != kUnknownName) {
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
+    drawCache.elementBuffer = 0;
+  }
+  if (tracked.clientArrays) DisableClientArrays();
+}
+
+// The cheap end of a draw that returned: only what the record says changed. Inside a
+// cached run, what the next node may reuse stays until Settle.
 inline void RestoreAfterDraw(int modelviewPushes) {
   while (tracked.modelviewPushes > modelviewPushes) PopModelview();
   if (tracked.program != 0) UseProgram(0);
   if (tracked.textureUnit != 0) SelectTextureUnit(0);
+  if (drawCache.active) return;
+  if (drawCache.program != 0 && drawCache.program != kUnknownName) ApplyProgram();
   if (tracked.clientArrays) DisableClientArrays();
 }
 
@@ -105,7 +169,10 @@ inline void RestoreAfterDraw(int modelviewPushes) {
 inline void RestoreAfterFailure(int modelviewPushes) {
   glMatrixMode(GL_MODELVIEW);
   while (tracked.modelviewPushes > modelviewPushes) PopModelview();
-  UseProgram(0);
+  glUseProgram(0);
+  tracked.program = 0;
+  InvalidateDrawCache();
+  drawCache.program = 0;
   SelectTextureUnit(0);
   DisableClientArrays();
   glBindBuffer(GL_ARRAY_BUFFER, 0);
@@ -180,6 +247,9 @@ class FrameScope {
   FrameScope(std::string_view operation, Viewport screen) : exceptions_(std::uncaught_exceptions()) {
     RequireGLContext(operation);
     ++tracked.checkedScopes;
+    // Scripts and other code ran since the last frame: nothing cached is trusted.
+    drawCache.active = false;
+    InvalidateDrawCache();
     tracked.frameBuffer = 0;
     tracked.viewport = screen;
     glBindFramebuffer(GL_FRAMEBUFFER, 0);

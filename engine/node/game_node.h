@@ -176,7 +176,18 @@ class Vorn_3DGameNode : public ActionTarget,
   Vector3 GetWorldXYZ() const override;
   void Follow(const Ptr& targetObj) { followTarget = targetObj; }
   virtual void StandOnGround(bool standOn);
-  // The matrix step of update: WorldMatrix, then AxisMatrix.
+  // Whether update runs only this node's own engine code (no script code, no subtree),
+  // so that the walk over a parent's children need not hold it meanwhile.
+  bool UpdatesAlone() const noexcept;
+  // Starts loading the fields that update reads (a hint; changes nothing).
+  void PrefetchUpdateFields() const noexcept {
+    const char* first = reinterpret_cast<const char*>(this);
+    const char* last = reinterpret_cast<const char*>(&parentNode_ + 1);
+    for (const char* p = first; p < last; p += 64) __builtin_prefetch(p);
+  }
+  // The matrix step of update: WorldMatrix, then AxisMatrix. Computed only when the
+  // node's position, rotation or scale, its parent or the parent's WorldMatrix changed
+  // since the last time, or while it follows a target.
   void UpdateMatrices();
 
   // ---- Timed actions (node_actions.cpp) ----
@@ -401,13 +412,48 @@ class Vorn_3DGameNode : public ActionTarget,
   int visit_script_refs(ScriptRefVisit visit, void* context) const override;
   void clear_script_refs() override;
 
-  // ---- Fields, in the order the constructor sets them ----
+  // ---- Fields ----
+  // What the per-frame update reads comes first and together, a few cache lines from
+  // the start of the object. `parent` is written only by the constructor and
+  // SetParent, which keep parentNode_ beside it.
+  std::weak_ptr<Vorn_3DGameNode> parent;
+  NodeList children;
+  double x = 0, y = 0, z = 0;
+  double sx = 1.0, sy = 1.0, sz = 1.0;
+  double rx = 0.0, ry = 0.0, rz = 0.0;
+  double rx_speed = 0, ry_speed = 0, rz_speed = 0;
+  std::weak_ptr<Vorn_3DGameNode> followTarget;
+  std::shared_ptr<vorn::ActionPlayer> ActionPlayer;
+  UpdateCallback UpdateFunction;
+  // Which of x, y, z hold whole numbers a script gave as integers (bit 0 x, 1 y, 2 z),
+  // so that scripts read them back as integers. Engine-side writes clear the bits.
+  std::uint8_t xyzIntMask = 7;
+  bool is2DMode = false;
+  bool visible = true;
+
+ private:
+  // The inputs of the last matrix computation (node_transform.cpp): position, scale and
+  // rotation as stored, the parent and the version of its WorldMatrix then.
+  struct MatrixInputs {
+    double x, y, z, sx, sy, sz, rx, ry, rz;
+  };
+  MatrixInputs matrixInputs_{};
+  const Vorn_3DGameNode* matrixParent_ = nullptr;
+  std::uint64_t matrixParentVersion_ = 0;
+  // Bumped (from one counter for all nodes) whenever WorldMatrix is computed; 0 before.
+  std::uint64_t matrixVersion_ = 0;
+  // The node `parent` points to while it lives (compared and read only while
+  // `parent` has not expired).
+  const Vorn_3DGameNode* parentNode_ = nullptr;
+
+ public:
   std::string NodeType = "3DGameNode";
   int NodeIndex = -1;
   std::optional<std::string> TagName;
   std::weak_ptr<NodeScene> sceneInstance;
-  std::weak_ptr<Vorn_3DGameNode> parent;
-  NodeList children;
+  int instanceID = -1;
+  FbxAMatrix WorldMatrix;
+  FbxAMatrix AxisMatrix;
   OrderedMap<std::string, ScriptValue> BindingVarArray;
   OrderedMap<std::string, EventEntry> BindingEventArray;
   OrderedMap<std::string, BindingPoint> BindingPointArray;
@@ -416,21 +462,6 @@ class Vorn_3DGameNode : public ActionTarget,
   bool Enable_PickDown = true;
   PickCallback PickUpFunction;
   bool Enable_PickUp = true;
-  UpdateCallback UpdateFunction;
-  bool is2DMode = false;
-  double x = 0, y = 0, z = 0;
-  // Which of x, y, z hold whole numbers a script gave as integers (bit 0 x, 1 y, 2 z),
-  // so that scripts read them back as integers. Engine-side writes clear the bits.
-  std::uint8_t xyzIntMask = 7;
-  double sx = 1.0, sy = 1.0, sz = 1.0;
-  double rx = 0.0, ry = 0.0, rz = 0.0;
-  double rx_speed = 0, ry_speed = 0, rz_speed = 0;
-  FbxAMatrix WorldMatrix;
-  FbxAMatrix AxisMatrix;
-  std::weak_ptr<Vorn_3DGameNode> followTarget;
-  int instanceID = -1;
-  bool visible = true;
-  std::shared_ptr<vorn::ActionPlayer> ActionPlayer;
   std::vector<std::string> SubMeshList;
   SubMeshMap<FloatArray> VertexArray_Custom;
   SubMeshMap<Vec3Array> VertexArray_Positon;

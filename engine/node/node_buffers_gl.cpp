@@ -2,6 +2,7 @@
 #include <epoxy/gl.h>
 
 #include "core/gl_context.h"
+#include "core/gl_draw_cache.h"
 #include "node/buffer_object.h"
 #include "node/gl_enums.h"
 
@@ -27,6 +28,7 @@ BufferObject::~BufferObject() {
   if (name_ != 0 && HasCurrentGLContext()) {
     const GLuint name = name_;
     glDeleteBuffers(1, &name);
+    gl_state::ForgetBuffer(name);
   }
 }
 

@@ -1,5 +1,6 @@
 // Identity, loading, destruction, the per-frame update and the follow camera.
 #include <string>
+#include <typeinfo>
 
 #include "core/console.h"
 #include "core/errors.h"
@@ -19,7 +20,7 @@ EventEntry builtin_event(std::optional<std::vector<std::string>> paramNames) {
 }  // namespace
 
 Vorn_3DGameNode::Vorn_3DGameNode(double x_, double y_, double z_, const Ptr& parent_)
-    : parent(parent_), x(x_), y(y_), z(z_) {
+    : parent(parent_), x(x_), y(y_), z(z_), parentNode_(parent_.get()) {
   // Loaded here, before the subclass writes its label: the automatic tag of a node
   // built under a loaded parent is "3DGameNode_<n>" whatever its class.
   if (parent_) {
@@ -67,6 +68,13 @@ void Vorn_3DGameNode::OnDestroy() {
   instanceID = -1;
 }
 
+bool Vorn_3DGameNode::UpdatesAlone() const noexcept {
+  // A subclass (a script's included) may override a step; actions, the callback, the
+  // children and a follow target (through the scene's ground height) may run script code.
+  return typeid(*this) == typeid(Vorn_3DGameNode) && children.empty() && !ActionPlayer && !UpdateFunction &&
+         followTarget.expired();
+}
+
 void Vorn_3DGameNode::update(double delay) {
   WalkDepth depth("Vorn_3DGameNode.update");
   // Loop rotation; the angles are not wrapped.
@@ -77,9 +85,26 @@ void Vorn_3DGameNode::update(double delay) {
   UpdateMatrices();
   update_skin_animation(delay);
 
-  // Children see this frame's matrix of their parent. Each child is held while it
-  // updates, since a script may take it out of the list meanwhile.
-  for (std::size_t i = 0; Ptr child = children.get_or_null(i); ++i) child->update(delay);
+  // Children see this frame's matrix of their parent. A child whose update may run
+  // script code is held while it updates, since a script may take it out of the list
+  // meanwhile. Nodes lie apart in memory: the fields of the children a few places
+  // ahead load while this one updates.
+  constexpr std::size_t kAhead = 4;
+  for (std::size_t i = 0; i < kAhead && i < children.size(); ++i) {
+    if (const Vorn_3DGameNode* next = children[i].get()) next->PrefetchUpdateFields();
+  }
+  for (std::size_t i = 0; i < children.size() && children[i]; ++i) {
+    if (i + kAhead < children.size()) {
+      if (const Vorn_3DGameNode* next = children[i + kAhead].get()) next->PrefetchUpdateFields();
+    }
+    Vorn_3DGameNode& child = *children[i];
+    if (child.UpdatesAlone()) {
+      child.update(delay);
+    } else {
+      const Ptr held = children[i];
+      held->update(delay);
+    }
+  }
 
   // Actions and the callback come after the matrices: their moves show next frame.
   if (ActionPlayer) UpdateActionPlayer(delay);

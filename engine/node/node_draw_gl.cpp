@@ -12,6 +12,7 @@
 #include "core/gl_state_guard.h"
 #include "core/screen_settings.h"
 #include "node/game_node.h"
+#include "node/node_run.h"
 #include "node/program_uniforms.h"
 #include "node/submesh_lookup.h"
 
@@ -73,6 +74,7 @@ void upload_texture(TextureInfo& rec, int submeshIndex, bool withFX) {
 std::vector<float> densities;
 
 void bind_textures(Vorn_3DGameNode& n, std::vector<TextureInfo>& records, int submeshIndex) {
+  gl_state::drawCache.unit0Unbound = false;
   if (!n.CurrSubMeshFX) {
     for (TextureInfo& rec : records) {
       if (rec.genFinish) {
@@ -88,22 +90,22 @@ void bind_textures(Vorn_3DGameNode& n, std::vector<TextureInfo>& records, int su
     if (!rec.genFinish) upload_texture(rec, submeshIndex, true);
     select_unit(rec.channel);
     glBindTexture(rec.Format == "CUBE" ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D, rec.texID);
-    SetSamplerUnit(SamplerLocation(u, rec.channel), rec.channel);
+    SetSamplerUnit(u, SamplerLocation(u, rec.channel), rec.channel);
   }
   if (records.empty()) return;
   // Each record would set these in turn; the last one's size is what stays.
   if (u.uTexSize >= 0) {
     const float size[2] = {static_cast<float>(records.back().width), static_cast<float>(records.back().height)};
-    glUniform2fv(u.uTexSize, 1, size);
+    Uniform2fv(u, u.uTexSize, 1, size);
   }
   if (u.uMSKSize >= 0) {
     const float size[2] = {10.0f, 10.0f};
-    glUniform2fv(u.uMSKSize, 1, size);
+    Uniform2fv(u, u.uMSKSize, 1, size);
   }
   if (u.uTextureDensity >= 0) {
     densities.resize(records.size());
     for (std::size_t i = 0; i < records.size(); ++i) densities[i] = static_cast<float>(records[i].density);
-    glUniform1fv(u.uTextureDensity, static_cast<GLsizei>(densities.size()), densities.data());
+    Uniform1fv(u, u.uTextureDensity, static_cast<GLsizei>(densities.size()), densities.data());
   }
 }
 
@@ -132,6 +134,8 @@ const std::vector<VertexEntry<N>>& vertex_column(const Vorn_3DGameNode::SubMeshM
 inline float f(double v) { return static_cast<float>(v); }
 
 void draw_immediate(const Vorn_3DGameNode& n, int s, int shapeType, int layout) {
+  gl_state::ApplyProgram();
+  if (gl_state::drawCache.drawObserver) gl_state::drawCache.drawObserver();
   const Vec3Array* found = n.VertexArray_Positon.find(s);
   static const Vec3Array none;
   const Vec3Array& pos = found ? *found : none;
@@ -229,11 +233,17 @@ void draw_immediate(const Vorn_3DGameNode& n, int s, int shapeType, int layout) 
 
 // The screen draw of a node, shared by the plain case and the debug redraw of a node
 // that renders into a target.
-void draw_to_screen(Vorn_3DGameNode& n, double rx, double ry, double rz) {
+void draw_to_screen(Vorn_3DGameNode& n, double rx, double ry, double rz, const NodeScene* scene) {
   n.draw_begin(rx, ry, rz);
   n.draw_allsubmesh();
   n.draw_skeleton();
-  n.draw_picktriangle();
+  // A pick runs the node's callbacks, which may be script code.
+  if (scene && scene->isCheckPickOnce()) {
+    const DrawCacheHandOff handOff;
+    n.draw_picktriangle();
+  } else {
+    n.draw_picktriangle();
+  }
   n.draw_children();
   n.draw_end();
 }
@@ -263,7 +273,7 @@ void draw_into_target(Vorn_3DGameNode& n, double rx_, double ry_, double rz_, No
     for (const TextureInfo& rec : *records) {
       gl_state::SelectTextureUnit(0);
       glBindTexture(GL_TEXTURE_2D, rec.texID);
-      if (u) SetSamplerUnit(SamplerLocation(*u, rec.channel), rec.channel);
+      if (u) SetSamplerUnit(*u, SamplerLocation(*u, rec.channel), rec.channel);
     }
     // The source size and mosaic cell as a submesh draw gives them, so that the
     // filters that step by texels (blur, mosaic, depth of field) work as post passes.
@@ -286,6 +296,17 @@ void draw_into_target(Vorn_3DGameNode& n, double rx_, double ry_, double rz_, No
   n.CurrSubMeshFX.reset();
 }
 
+// Binds a buffer object, uploading it on first use; a binding already in force stays.
+void bind_buffer(BufferObject& buffer) {
+  const auto target = static_cast<GLenum>(buffer.target());
+  if (buffer.uploaded()) {
+    gl_state::BindBuffer(target, buffer.gl_name());
+    return;
+  }
+  buffer.bind();
+  (target == GL_ARRAY_BUFFER ? gl_state::drawCache.arrayBuffer : gl_state::drawCache.elementBuffer) = buffer.gl_name();
+}
+
 template <class V>
 const V& entry(const Vorn_3DGameNode::SubMeshMap<V>& map, int s, const char* name) {
   if (const V* found = FindSubMeshEntry(map, s)) return *found;
@@ -296,8 +317,12 @@ const V& entry(const Vorn_3DGameNode::SubMeshMap<V>& map, int s, const char* nam
 
 void Vorn_3DGameNode::draw_begin(double rx_, double ry_, double rz_) {
   gl_state::CheckContext("Vorn_3DGameNode.draw_begin");
-  gl_state::PushModelview();
   // A rotation by 0 is the identity; skipping it leaves the same matrix.
+  if (rx_ == 0.0 && ry_ == 0.0 && rz_ == 0.0) {
+    gl_state::PushModelviewUnchanged();
+    return;
+  }
+  gl_state::PushModelview();
   if (rx_ != 0.0) glRotatef(static_cast<float>(rx_), 1.0f, 0.0f, 0.0f);
   if (ry_ != 0.0) glRotatef(static_cast<float>(ry_), 0.0f, 1.0f, 0.0f);
   if (rz_ != 0.0) glRotatef(static_cast<float>(rz_), 0.0f, 0.0f, 1.0f);
@@ -318,21 +343,27 @@ void Vorn_3DGameNode::draw(double rx_, double ry_, double rz_) {
   const auto scene = sceneInstance.lock();
   if (TargetFrameBuffer) {
     draw_into_target(*this, rx_, ry_, rz_, scene.get());
-    if (DEBUG_MODE) draw_to_screen(*this, rx_, ry_, rz_);
+    if (DEBUG_MODE) draw_to_screen(*this, rx_, ry_, rz_, scene.get());
   } else {
-    draw_to_screen(*this, rx_, ry_, rz_);
+    draw_to_screen(*this, rx_, ry_, rz_, scene.get());
   }
   if (scene) scene->AddBatchCount();
-  draw_axis(rx_, ry_, rz_);
+  if (IsAxisVisible()) {
+    const DrawCacheHandOff handOff;
+    draw_axis(rx_, ry_, rz_);
+  } else {
+    draw_axis(rx_, ry_, rz_);
+  }
 }
 
 void Vorn_3DGameNode::draw_children() {
   if (!IsVisible()) return;
   // By index with the size read at each step, each child held while it draws: a
   // script's draw may add to the list or take the child out of it.
+  const NodeDrawRun run;
   for (std::size_t i = 0; i < children.size(); ++i) {
     const Ptr child = children[i];
-    if (child) child->draw();
+    if (child) run.draw(*child, 0.0, 0.0, 0.0);
   }
 }
 
@@ -342,7 +373,12 @@ void Vorn_3DGameNode::draw_allsubmesh() {
   for (std::size_t i = 0; i < VertexArray_Positon.size(); ++i) {
     draw_submesh((VertexArray_Positon.begin() + static_cast<std::ptrdiff_t>(i))->first);
   }
-  glBindTexture(GL_TEXTURE_2D, 0);
+  // Unit 0 with nothing bound stays so until a submesh binds textures.
+  if (!gl_state::drawCache.active || !gl_state::drawCache.unit0Unbound ||
+      gl_state::tracked.textureUnit != 0) {
+    glBindTexture(GL_TEXTURE_2D, 0);
+    gl_state::drawCache.unit0Unbound = gl_state::tracked.textureUnit == 0;
+  }
   gl_state::UseProgram(0);
   CurrSubMeshFX.reset();
 }
@@ -373,7 +409,7 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
 
   // GL_TEXTURE_2D stays enabled after this.
   if (auto* records = FindSubMeshEntry(TextureArray, s)) {
-    glEnable(GL_TEXTURE_2D);
+    gl_state::EnableTexture2D();
     bind_textures(*this, *records, s);
   }
 
@@ -388,23 +424,16 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
     glBlendFunc(GL_SRC_ALPHA, GL_ONE_MINUS_SRC_ALPHA);
   }
   const bool* wire = FindSubMeshEntry(SubMeshWireFrame, s);
-  const GLenum polygonMode = wire && *wire ? GL_LINE : GL_FILL;
-  glPolygonMode(GL_FRONT, polygonMode);
-  glPolygonMode(GL_BACK, polygonMode);
-  if (CullMode == glc::NONE) {
-    glDisable(GL_CULL_FACE);
-  } else {
-    glEnable(GL_CULL_FACE);
-    glFrontFace(static_cast<GLenum>(CullMode));
-    glCullFace(GL_BACK);
-  }
+  gl_state::PolygonMode(wire && *wire ? GL_LINE : GL_FILL);
+  gl_state::CullMode(CullMode == glc::NONE ? GL_NONE : CullMode);
 
   const auto* vbo = FindSubMeshEntry(VVBOArray, s);
   const auto* ibo = FindSubMeshEntry(IVBOArray, s);
   if (vbo && ibo && *vbo && *ibo) {
     BufferObject& vertices = **vbo;
     BufferObject& indices = **ibo;
-    vertices.bind();
+    gl_state::ApplyProgram();
+    bind_buffer(vertices);
     gl_state::MarkClientArrays();
     glInterleavedArrays(static_cast<GLenum>(entry(VertexDescArray, s, "layout")), 0, nullptr);
     const std::int64_t* shapeCount = FindSubMeshEntry(SubMeshShapeCount, s);
@@ -412,12 +441,13 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
     const std::int64_t count =
         std::min<std::int64_t>(shapeCount ? *shapeCount : 0, static_cast<std::int64_t>(indices.count()));
     if (count > 0) {
-      indices.bind();
+      bind_buffer(indices);
+      if (gl_state::drawCache.drawObserver) gl_state::drawCache.drawObserver();
       glDrawElements(static_cast<GLenum>(ShapeType), static_cast<GLsizei>(count),
                      indices.wide_indices() ? GL_UNSIGNED_INT : GL_UNSIGNED_SHORT, nullptr);
-      indices.unbind();
+      gl_state::ReleaseBuffer(GL_ELEMENT_ARRAY_BUFFER);
     }
-    vertices.unbind();
+    gl_state::ReleaseBuffer(GL_ARRAY_BUFFER);
   } else {
     const int* layout = FindSubMeshEntry(VertexDescArray, s);
     draw_immediate(*this, s, ShapeType, layout ? *layout : 0);

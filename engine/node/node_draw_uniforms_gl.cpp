@@ -89,9 +89,9 @@ std::array<float, N> to_floats(const std::array<double, N>& v) {
   return out;
 }
 
-void upload_matrix(GLint location, const std::array<double, 16>& m) {
+void upload_matrix(const ProgramUniforms& u, GLint location, const std::array<double, 16>& m) {
   const std::array<float, 16> f = to_floats(m);
-  glUniformMatrix4fv(location, 1, GL_FALSE, f.data());
+  UniformMatrix4fv(u, location, f.data());
 }
 
 void set_point_lights(const ProgramUniforms& u, const NodeScene& scene) {
@@ -99,7 +99,7 @@ void set_point_lights(const ProgramUniforms& u, const NodeScene& scene) {
   const NodeList& lights = scene.GetPointLightList();
   const std::size_t limit = scene.IsDeferLightMode() ? 64 : 3;
   const std::size_t count = std::min(lights.size(), limit);
-  if (u.uPointLightCount >= 0) glUniform1i(u.uPointLightCount, static_cast<GLint>(count));
+  if (u.uPointLightCount >= 0) Uniform1i(u, u.uPointLightCount, static_cast<GLint>(count));
   if (count == 0) return;
   // Position and range make one vec4 a light. The colours go as four floats a light to
   // a vec3 array, so only the first light's colour lands aligned; that layout is what
@@ -122,8 +122,8 @@ void set_point_lights(const ProgramUniforms& u, const NodeScene& scene) {
     for (int k = 0; k < 4; ++k) colour[k] = static_cast<float>(c[k]);
   }
   const auto n = static_cast<GLsizei>(count);
-  if (u.uPointLightXYZRangeArray >= 0) glUniform4fv(u.uPointLightXYZRangeArray, n, scratchA.data());
-  if (u.uPointLightColorArray >= 0) glUniform3fv(u.uPointLightColorArray, n, scratchB.data());
+  if (u.uPointLightXYZRangeArray >= 0) Uniform4fv(u, u.uPointLightXYZRangeArray, n, scratchA.data());
+  if (u.uPointLightColorArray >= 0) Uniform3fv(u, u.uPointLightColorArray, n, scratchB.data());
 }
 
 }  // namespace
@@ -174,7 +174,7 @@ GLint SamplerLocation(const ProgramUniforms& u, int channel) {
   return glGetUniformLocation(u.program, ("texture" + std::to_string(channel)).c_str());
 }
 
-void SetSamplerUnit(GLint location, int channel) {
+void SetSamplerUnit(const ProgramUniforms& u, GLint location, int channel) {
   if (location < 0) return;
   static GLint units = [] {
     GLint n = 0;
@@ -186,7 +186,7 @@ void SetSamplerUnit(GLint location, int channel) {
                    "(the driver has", units, "units)");
     return;
   }
-  glUniform1i(location, channel);
+  Uniform1i(u, location, channel);
 }
 
 void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
@@ -201,18 +201,18 @@ void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
 
   if (u.uModelMatrix >= 0) {
     const std::array<float, 16> m = WorldMatrix.FlattenFloat();
-    glUniformMatrix4fv(u.uModelMatrix, 1, GL_FALSE, m.data());
+    UniformMatrix4fv(u, u.uModelMatrix, m.data());
   }
   // Scene values; with no scene, or no camera matrices yet, the uniforms keep theirs.
   if (const auto scene = sceneInstance.lock()) {
     if (u.uViewMatrix >= 0) {
-      if (const auto view = scene->GetActiveViewMatrix()) upload_matrix(u.uViewMatrix, *view);
+      if (const auto view = scene->GetActiveViewMatrix()) upload_matrix(u, u.uViewMatrix, *view);
     }
     if (u.uProjMatrix >= 0) {
-      if (const auto proj = scene->GetActiveProjMatrix()) upload_matrix(u.uProjMatrix, *proj);
+      if (const auto proj = scene->GetActiveProjMatrix()) upload_matrix(u, u.uProjMatrix, *proj);
     }
-    if (u.uSSAOKernelCount >= 0) glUniform1i(u.uSSAOKernelCount, scene->GetSSAOKernelCount());
-    if (u.uSSAOKernelRadius >= 0) glUniform1f(u.uSSAOKernelRadius, static_cast<float>(scene->GetSSAOKernelRadius()));
+    if (u.uSSAOKernelCount >= 0) Uniform1i(u, u.uSSAOKernelCount, scene->GetSSAOKernelCount());
+    if (u.uSSAOKernelRadius >= 0) Uniform1f(u, u.uSSAOKernelRadius, static_cast<float>(scene->GetSSAOKernelRadius()));
     if (u.uSSAOKernelSample >= 0) {
       // The count never reaches past the end of the list.
       const std::vector<double>& kernel = scene->GetSSAOKernelList();
@@ -220,7 +220,7 @@ void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
           std::min(static_cast<std::size_t>(std::max(scene->GetSSAOKernelCount(), 0)), kernel.size() / 3);
       scratchA.resize(count * 3);
       for (std::size_t i = 0; i < count * 3; ++i) scratchA[i] = static_cast<float>(kernel[i]);
-      glUniform3fv(u.uSSAOKernelSample, static_cast<GLsizei>(count), scratchA.data());
+      Uniform3fv(u, u.uSSAOKernelSample, static_cast<GLsizei>(count), scratchA.data());
     }
   }
 
@@ -228,7 +228,7 @@ void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
     if (const auto info = ShadowMapCamera->GetShadowMapInfo()) {
       if (u.uShadoMapTexSize >= 0 && info->texSize) {
         const float size[2] = {static_cast<float>(info->texSize->first), static_cast<float>(info->texSize->second)};
-        glUniform2fv(u.uShadoMapTexSize, 1, size);
+        Uniform2fv(u, u.uShadoMapTexSize, 1, size);
       }
       if (u.uShadowMapViewProjectMatrix >= 0 && info->projMatrix && info->viewMatrix) {
         FbxMatrix proj, view;
@@ -239,7 +239,7 @@ void Vorn_3DGameNode::draw_begin_shader(int submeshIndex) {
           }
         }
         const std::array<float, 16> vp = (view * proj).FlattenFloat();
-        glUniformMatrix4fv(u.uShadowMapViewProjectMatrix, 1, GL_FALSE, vp.data());
+        UniformMatrix4fv(u, u.uShadowMapViewProjectMatrix, vp.data());
       }
     }
   }
@@ -249,38 +249,38 @@ void SetSubMeshUniforms(Vorn_3DGameNode& node, const ProgramUniforms& u, int sub
   if (u.uSubmeshColor >= 0) {
     const auto* entry = FindSubMeshEntry(node.SubMeshColor, submeshIndex);
     const auto c = to_floats(entry ? *entry : std::array<double, 4>{1.0, 1.0, 1.0, 1.0});
-    glUniform4fv(u.uSubmeshColor, 1, c.data());
+    Uniform4fv(u, u.uSubmeshColor, 1, c.data());
   }
   if (!scene) return;
-  if (u.uCurrTime >= 0) glUniform1f(u.uCurrTime, static_cast<float>(scene->GetCurrTime()));
+  if (u.uCurrTime >= 0) Uniform1f(u, u.uCurrTime, static_cast<float>(scene->GetCurrTime()));
   if (u.uAmbientColor >= 0) {
     const auto c = to_floats(scene->GetAmbientColor());
-    glUniform3fv(u.uAmbientColor, 1, c.data());
+    Uniform3fv(u, u.uAmbientColor, 1, c.data());
   }
   if (u.uFogInfo >= 0) {
     const auto fog = to_floats(scene->GetSceneFog());
-    glUniform1fv(u.uFogInfo, 5, fog.data());
+    Uniform1fv(u, u.uFogInfo, 5, fog.data());
   }
-  if (u.fBlurLerpValue >= 0) glUniform1f(u.fBlurLerpValue, static_cast<float>(scene->GetDepthBlurLerpValue()));
+  if (u.fBlurLerpValue >= 0) Uniform1f(u, u.fBlurLerpValue, static_cast<float>(scene->GetDepthBlurLerpValue()));
   if (u.uSunLight >= 0) {
     const auto dir = scene->GetSunLightDir();
     const auto colour = scene->GetSunLightColor();
     const float sun[6] = {static_cast<float>(dir[0]),    static_cast<float>(dir[1]),    static_cast<float>(dir[2]),
                           static_cast<float>(colour[0]), static_cast<float>(colour[1]), static_cast<float>(colour[2])};
-    glUniform3fv(u.uSunLight, 2, sun);
+    Uniform3fv(u, u.uSunLight, 2, sun);
   }
   if (u.uEyePosition >= 0) {
     // Without an active camera the eye stays where the program had it.
     if (const auto camera = scene->GetActiveCamera()) {
       const Vector3 eye = camera->GetWorldXYZ();
       const float e[3] = {static_cast<float>(eye.x), static_cast<float>(eye.y), static_cast<float>(eye.z)};
-      glUniform3fv(u.uEyePosition, 1, e);
+      Uniform3fv(u, u.uEyePosition, 1, e);
     }
   }
   if (u.uSpecularColor >= 0) {
     const auto* entry = FindSubMeshEntry(node.SubMeshSpecularColor, submeshIndex);
     const auto c = to_floats(entry ? *entry : std::array<double, 4>{1.0, 1.0, 1.0, 10.0});
-    glUniform4fv(u.uSpecularColor, 1, c.data());
+    Uniform4fv(u, u.uSpecularColor, 1, c.data());
   }
   set_point_lights(u, *scene);
 }

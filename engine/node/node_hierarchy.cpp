@@ -34,6 +34,7 @@ void Vorn_3DGameNode::SetParent(const Ptr& node) {
   if (node) node->CheckNewChild(this, "Vorn_3DGameNode.SetParent");
   // The node stays in an earlier parent's children.
   parent = node;
+  parentNode_ = node.get();
   if (node) node->AddChild(shared_from_this());
 }
 

@@ -1,6 +1,8 @@
 // Matrices, following and standing on the ground. The accessors are inline in the
 // class declaration.
 #include <cmath>
+#include <cstdint>
+#include <cstring>
 
 #include "core/console.h"
 #include "core/math_util.h"
@@ -21,6 +23,18 @@ void rotation_rows(double rx, double ry, double rz, double out[3][3]) noexcept {
   out[2][0] = cx * sy * cz + sx * sz, out[2][1] = cx * sy * sz - sx * cz, out[2][2] = cx * cy;
 }
 
+// Whether two records of doubles hold the same bits (inline, no library call).
+template <class T>
+bool same_bits(const T& a, const T& b) noexcept {
+  static_assert(sizeof(T) % sizeof(std::uint64_t) == 0);
+  std::uint64_t wa[sizeof(T) / 8], wb[sizeof(T) / 8];
+  std::memcpy(wa, &a, sizeof a);
+  std::memcpy(wb, &b, sizeof b);
+  std::uint64_t diff = 0;
+  for (std::size_t i = 0; i < sizeof(T) / 8; ++i) diff |= wa[i] ^ wb[i];
+  return diff == 0;
+}
+
 }  // namespace
 
 FbxAMatrix Vorn_3DGameNode::GetParentMatrix() const {
@@ -34,6 +48,25 @@ FbxAMatrix Vorn_3DGameNode::GetParentMatrix() const {
 }
 
 void Vorn_3DGameNode::UpdateMatrices() {
+  // Nothing the matrices are made of changed: they stay. The inputs are compared as
+  // stored bits, so a NaN that stays NaN counts as unchanged too.
+  const MatrixInputs inputs{x, y, z, sx, sy, sz, rx, ry, rz};
+  const bool hasParent = !parent.expired();
+  const bool following = !followTarget.expired();
+  const Vorn_3DGameNode* parentNode = hasParent ? parentNode_ : nullptr;
+  const std::uint64_t parentVersion = parentNode ? parentNode->matrixVersion_ : 0;
+  if (matrixVersion_ != 0 && !following && parentNode == matrixParent_ && parentVersion == matrixParentVersion_ &&
+      same_bits(inputs, matrixInputs_)) {
+    return;
+  }
+  static std::uint64_t versions = 0;
+  matrixVersion_ = ++versions;
+  matrixInputs_ = inputs;
+  matrixParent_ = parentNode;
+  // Matrices made while following match no later inputs: the next update without a
+  // target computes again.
+  matrixParentVersion_ = following ? ~std::uint64_t{0} : parentVersion;
+
   // Local matrices with and without the node's own scale share one rotation.
   double rot[3][3];
   rotation_rows(rx, ry, rz, rot);
@@ -48,8 +81,7 @@ void Vorn_3DGameNode::UpdateMatrices() {
   }
   local.m[3] = localUnscaled.m[3] = {x, y, z, 1.0};
 
-  const bool hasParent = !parent.expired();
-  if (!hasParent && followTarget.expired()) {
+  if (!hasParent && !following) {
     // A free root: the parent matrix is the identity.
     WorldMatrix = local;
     AxisMatrix = localUnscaled;
@@ -57,7 +89,7 @@ void Vorn_3DGameNode::UpdateMatrices() {
   }
   // The operand order differs between the two cases on purpose: a following root
   // applies the target's translation first, so its own rotation and scale act on it.
-  const FbxAMatrix parentMatrix = GetParentMatrix();
+  const FbxAMatrix parentMatrix = following || !parentNode ? GetParentMatrix() : parentNode->WorldMatrix;
   if (hasParent) {
     WorldMatrix = parentMatrix * local;
     AxisMatrix = parentMatrix * localUnscaled;

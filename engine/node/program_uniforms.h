@@ -6,6 +6,12 @@
 // relinks a program calls ForgetProgramUniforms.
 #include <epoxy/gl.h>
 
+#include <cstdint>
+#include <cstring>
+#include <vector>
+
+#include "core/gl_draw_cache.h"
+
 namespace vorn {
 
 class NodeScene;
@@ -49,7 +55,59 @@ struct ProgramUniforms {
   GLint uBumpSpeedY = -1;
   // "texture0" to "texture7".
   GLint texture[8] = {-1, -1, -1, -1, -1, -1, -1, -1};
+  // The values the program was last sent by the node draw, by location, as raw words;
+  // empty where not known. Recorded in drawCache.epoch `valuesEpoch`; an older epoch
+  // means all are unknown. Dropped with the locations when the program is forgotten.
+  mutable std::vector<std::vector<std::uint32_t>> values;
+  mutable std::uint64_t valuesEpoch = 0;
 };
+
+// Whether the program (bound now) already holds `bytes` of `data` at `location`, as far
+// as a cached run of node draws knows; otherwise records them as sent and says false.
+inline bool UniformHolds(const ProgramUniforms& u, GLint location, const void* data, std::size_t bytes) {
+  constexpr GLint kMaxTracked = 1024;
+  if (location < 0 || location >= kMaxTracked || bytes % 4 != 0) return false;
+  if (u.valuesEpoch != gl_state::drawCache.epoch) {
+    for (auto& v : u.values) v.clear();
+    u.valuesEpoch = gl_state::drawCache.epoch;
+  }
+  if (u.values.size() <= static_cast<std::size_t>(location)) u.values.resize(static_cast<std::size_t>(location) + 1);
+  std::vector<std::uint32_t>& v = u.values[static_cast<std::size_t>(location)];
+  const std::size_t words = bytes / 4;
+  if (gl_state::drawCache.active && v.size() == words && std::memcmp(v.data(), data, bytes) == 0) {
+    ++gl_state::drawCache.skipped;
+    return true;
+  }
+  v.resize(words);
+  std::memcpy(v.data(), data, bytes);
+  return false;
+}
+
+// The uniform calls of the node draw, skipped where the program holds the value.
+inline void Uniform1i(const ProgramUniforms& u, GLint location, GLint value) {
+  if (!UniformHolds(u, location, &value, sizeof value)) glUniform1i(location, value);
+}
+inline void Uniform1f(const ProgramUniforms& u, GLint location, GLfloat value) {
+  if (!UniformHolds(u, location, &value, sizeof value)) glUniform1f(location, value);
+}
+inline void Uniform1fv(const ProgramUniforms& u, GLint location, GLsizei count, const GLfloat* v) {
+  if (!UniformHolds(u, location, v, sizeof(GLfloat) * static_cast<std::size_t>(count))) glUniform1fv(location, count, v);
+}
+inline void Uniform2fv(const ProgramUniforms& u, GLint location, GLsizei count, const GLfloat* v) {
+  if (!UniformHolds(u, location, v, 2 * sizeof(GLfloat) * static_cast<std::size_t>(count)))
+    glUniform2fv(location, count, v);
+}
+inline void Uniform3fv(const ProgramUniforms& u, GLint location, GLsizei count, const GLfloat* v) {
+  if (!UniformHolds(u, location, v, 3 * sizeof(GLfloat) * static_cast<std::size_t>(count)))
+    glUniform3fv(location, count, v);
+}
+inline void Uniform4fv(const ProgramUniforms& u, GLint location, GLsizei count, const GLfloat* v) {
+  if (!UniformHolds(u, location, v, 4 * sizeof(GLfloat) * static_cast<std::size_t>(count)))
+    glUniform4fv(location, count, v);
+}
+inline void UniformMatrix4fv(const ProgramUniforms& u, GLint location, const GLfloat* m) {
+  if (!UniformHolds(u, location, m, 16 * sizeof(GLfloat))) glUniformMatrix4fv(location, 1, GL_FALSE, m);
+}
 
 // The locations of a program (looked up on first use). A name that is not a linked
 // program yields -1 everywhere, without a GL error.
@@ -64,7 +122,7 @@ void ForgetAllProgramUniforms();
 GLint SamplerLocation(const ProgramUniforms& u, int channel);
 // Gives the sampler at `location` the unit `channel`. A unit the driver does not have
 // prints one line and sets nothing, instead of leaving a GL error.
-void SetSamplerUnit(GLint location, int channel);
+void SetSamplerUnit(const ProgramUniforms& u, GLint location, int channel);
 
 // The per-submesh uniforms of draw_submesh: colours, time, ambient, fog, blur, sun,
 // eye, specular and the point lights. `scene` may be null (only the colour is set).

@@ -9,6 +9,7 @@
 #include "core/gl_state_guard.h"
 #include "core/screen_settings.h"
 #include "node/game_node.h"
+#include "node/node_run.h"
 #include "overlay/axis.h"
 #include "scene/scene.h"
 #include "shapes/draw_node.h"
@@ -123,17 +124,21 @@ void Vorn_3Dcene::MainPass(bool vrMode) {
     return;
   }
   const double rx = Scene_RotateV, ry = Scene_RotateH, rz = 0.0;
-  auto draw3d = [rx, ry, rz](Vorn_3DGameNode& node) { node.draw(rx, ry, rz); };
   // The active camera sets up projection and view for everything after it.
   if (ActiveCamera) ActiveCamera->draw();
   auto drawCamera = [](Vorn_3DGameNode& camera) { camera.draw(); };
   walk_map(DeferLightCamera, drawCamera);
   walk_map(SSAOCamera, drawCamera);
-  walk_roots(LightList, draw3d);
-  walk(ObjectArray_3DTerrain, draw3d);
-  walk(ObjectArray_3DOcean, draw3d);
-  walk(ObjectArray_3D, draw3d);
-  walk(DrawNodeArray_3D, draw3d);
+  {
+    // The world's nodes share what the draw cache knows, from the first to the last.
+    const NodeDrawRun run;
+    auto drawInRun = [&run, rx, ry, rz](Vorn_3DGameNode& node) { run.draw(node, rx, ry, rz); };
+    walk_roots(LightList, drawInRun);
+    walk(ObjectArray_3DTerrain, drawInRun);
+    walk(ObjectArray_3DOcean, drawInRun);
+    walk(ObjectArray_3D, drawInRun);
+    walk(DrawNodeArray_3D, drawInRun);
+  }
   if (CurrObjectAxis) CurrObjectAxis->draw(rx, ry, rz);
   if (CurrDrawNode) CurrDrawNode->draw(rx, ry, rz);
   // The sky after the world: its depth test discards what the world covers.

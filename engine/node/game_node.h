@@ -179,6 +179,8 @@ class Vorn_3DGameNode : public ActionTarget,
   // Whether update runs only this node's own engine code (no script code, no subtree),
   // so that the walk over a parent's children need not hold it meanwhile.
   bool UpdatesAlone() const noexcept;
+  // update for a node that UpdatesAlone: the loop rotation and the matrices.
+  void UpdateAlone(double delay);
   // Starts loading the fields that update reads (a hint; changes nothing).
   void PrefetchUpdateFields() const noexcept {
     const char* first = reinterpret_cast<const char*>(this);
@@ -189,6 +191,8 @@ class Vorn_3DGameNode : public ActionTarget,
   // node's position, rotation or scale, its parent or the parent's WorldMatrix changed
   // since the last time, or while it follows a target.
   void UpdateMatrices();
+  // Advances the loop rotation by `delay` seconds.
+  void LoopRotate(double delay) noexcept;
 
   // ---- Timed actions (node_actions.cpp) ----
   void SetSXY(double nsx, double nsy) override { sx = nsx, sy = nsy; }

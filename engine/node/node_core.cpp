@@ -75,13 +75,23 @@ bool Vorn_3DGameNode::UpdatesAlone() const noexcept {
          followTarget.expired();
 }
 
-void Vorn_3DGameNode::update(double delay) {
-  WalkDepth depth("Vorn_3DGameNode.update");
-  // Loop rotation; the angles are not wrapped.
+void Vorn_3DGameNode::LoopRotate(double delay) noexcept {
+  // The angles are not wrapped.
   if (rx_speed != 0) rx += rx_speed * delay;
   if (ry_speed != 0) ry += ry_speed * delay;
   if (rz_speed != 0) rz += rz_speed * delay;
+}
 
+void Vorn_3DGameNode::UpdateAlone(double delay) {
+  // What update does for a node UpdatesAlone vouches for: no skin, children, actions or
+  // callback to run, and no override to call, so no virtual call and no depth count.
+  LoopRotate(delay);
+  UpdateMatrices();
+}
+
+void Vorn_3DGameNode::update(double delay) {
+  WalkDepth depth("Vorn_3DGameNode.update");
+  LoopRotate(delay);
   UpdateMatrices();
   update_skin_animation(delay);
 
@@ -99,7 +109,7 @@ void Vorn_3DGameNode::update(double delay) {
     }
     Vorn_3DGameNode& child = *children[i];
     if (child.UpdatesAlone()) {
-      child.update(delay);
+      child.UpdateAlone(delay);
     } else {
       const Ptr held = children[i];
       held->update(delay);

@@ -1,7 +1,7 @@
 // The draw cache under a real driver: runs of node draws with the cache on and off give
 // the same pictures, the same uniform values and GL state at every draw call, also when
-// a subclass's draw and code between runs change the state behind the cache, and a run
-// leaves the state of the draw contract behind.
+// a subclass's draw, a script's own draw and code between runs change the state behind
+// the cache, and a run leaves the state of the draw contract behind.
 #include <array>
 #include <memory>
 #include <vector>
@@ -10,6 +10,7 @@
 #include "gl_scene.h"
 #include "node/node_run.h"
 #include "shader/fx_3d.h"
+#include "shader/fx_manage.h"
 
 namespace vorn::test {
 namespace {
@@ -77,6 +78,19 @@ class RedSubmeshNode : public Node {
   }
 };
 
+// A script's draw of its own: no engine draw, just the diffuse program's colour set to
+// blue and left so. What the cache knew of that program before must not be trusted after.
+class OwnDrawNode : public Node {
+ public:
+  using Node::Node;
+  void draw(double, double, double) override {
+    const GLuint program = FXManagerInstance->GetShader(Vorn_3DFX::FX_DIFFUSE).value_or(0);
+    glUseProgram(program);
+    glUniform4f(glGetUniformLocation(program, "uSubmeshColor"), 0.0f, 0.0f, 1.0f, 1.0f);
+    glUseProgram(0);
+  }
+};
+
 struct Frame {
   std::vector<std::vector<float>> draws;
   std::vector<unsigned char> pixels;
@@ -93,6 +107,10 @@ TEST_F(NodeDrawCacheGL, RunsDrawTheSameWithAndWithoutTheCache) {
     nodes.back()->SetSubMeshColor(0, i == 2 ? 0.2 : 0.6, 0.5, 1.0);
   }
   nodes.insert(nodes.begin() + 1, Quad<RedSubmeshNode>(100, 10, 25, 25, Vorn_3DFX::FX_DIFFUSE));
+  // A node of the same colour as the one before it, with a script's own draw between.
+  nodes.insert(nodes.begin() + 3, MakeNode<OwnDrawNode>());
+  nodes.insert(nodes.begin() + 4, Quad(10, 90, 25, 25, Vorn_3DFX::FX_DIFFUSE));
+  nodes[4]->SetSubMeshColor(0, 0.6, 0.5, 1.0);
   // Unshaded after shaded: the fixed-function draw must not inherit the program.
   nodes.push_back(Quad(130, 10, 25, 25, std::nullopt, kImmediate));
   // A textured node, a wire frame, back faces culled with either winding, blending.
@@ -158,7 +176,8 @@ TEST_F(NodeDrawCacheGL, RunsDrawTheSameWithAndWithoutTheCache) {
   EXPECT_GT(gl_state::drawCache.skipped, 20u);
   gl_state::SetDrawCacheEnabled(true);
   ASSERT_EQ(cached.draws.size(), uncached.draws.size());
-  EXPECT_EQ(cached.draws.size(), 2u * (nodes.size() + 2));
+  // Every node and the two children draw once a run, except the node with its own draw.
+  EXPECT_EQ(cached.draws.size(), 2u * (nodes.size() + 1));
   for (std::size_t i = 0; i < cached.draws.size(); ++i) EXPECT_EQ(cached.draws[i], uncached.draws[i]) << "draw " << i;
   EXPECT_TRUE(cached.pixels == uncached.pixels);
   EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR));

@@ -315,6 +315,60 @@ const V& entry(const Vorn_3DGameNode::SubMeshMap<V>& map, int s, const char* nam
 
 }  // namespace
 
+void Vorn_3DGameNode::PrefetchDrawFields() const noexcept {
+  // The fields lie apart in the object; each is asked for once (a line asked for twice
+  // costs nothing more).
+  const void* fields[] = {&visible,
+                          &children,
+                          &sceneInstance,
+                          &TargetFrameBuffer,
+                          &WorldMatrix.m[0],
+                          &WorldMatrix.m[2],
+                          &WorldMatrix.m[3][3],
+                          &VertexArray_Positon,
+                          &VertexDescArray,
+                          &TextureArray,
+                          &VVBOArray,
+                          &IVBOArray,
+                          &SubMeshShapeType,
+                          &SubMeshShapeCount,
+                          &SubMeshCullMode,
+                          &SubMeshAlphaMode,
+                          &SubMeshWireFrame,
+                          &SubMeshColor,
+                          &SubMeshSpecularColor,
+                          &SubMeshFX,
+                          &CurrSubMeshFX,
+                          &axisVisible,
+                          &ShadowMapCamera};
+  for (const void* field : fields) __builtin_prefetch(field);
+}
+
+// The entries of submesh 0, the usual first one: reading the first key here would wait
+// on the very load this step starts.
+void Vorn_3DGameNode::PrefetchDrawEntries() const noexcept {
+  if (VertexArray_Positon.empty()) return;
+  __builtin_prefetch(&*VertexArray_Positon.begin());
+  const int s = 0;
+  PrefetchSubMeshEntry(VertexDescArray, s);
+  PrefetchSubMeshEntry(VVBOArray, s);
+  PrefetchSubMeshEntry(IVBOArray, s);
+  PrefetchSubMeshEntry(SubMeshShapeType, s);
+  PrefetchSubMeshEntry(SubMeshShapeCount, s);
+  PrefetchSubMeshEntry(SubMeshCullMode, s);
+  PrefetchSubMeshEntry(SubMeshAlphaMode, s);
+  PrefetchSubMeshEntry(SubMeshWireFrame, s);
+  PrefetchSubMeshEntry(SubMeshColor, s);
+  PrefetchSubMeshEntry(SubMeshSpecularColor, s);
+  PrefetchSubMeshEntry(SubMeshFX, s);
+}
+
+void Vorn_3DGameNode::PrefetchDrawBuffers() const noexcept {
+  for (const auto* map : {&VVBOArray, &IVBOArray}) {
+    if (!map->empty() && map->begin()->second) map->begin()->second->PrefetchDrawFields();
+  }
+}
+
 void Vorn_3DGameNode::draw_begin(double rx_, double ry_, double rz_) {
   gl_state::CheckContext("Vorn_3DGameNode.draw_begin");
   // A rotation by 0 is the identity; skipping it leaves the same matrix.
@@ -361,10 +415,7 @@ void Vorn_3DGameNode::draw_children() {
   // By index with the size read at each step, each child held while it draws: a
   // script's draw may add to the list or take the child out of it.
   const NodeDrawRun run;
-  for (std::size_t i = 0; i < children.size(); ++i) {
-    const Ptr child = children[i];
-    if (child) run.draw(*child, 0.0, 0.0, 0.0);
-  }
+  ForEachNode<WalkFor::kDraw>(children, [&run](Vorn_3DGameNode& child) { run.draw(child, 0.0, 0.0, 0.0); });
 }
 
 void Vorn_3DGameNode::draw_allsubmesh() {

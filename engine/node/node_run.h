@@ -7,6 +7,30 @@
 
 namespace vorn {
 
+// Calls fn on each node of a list by index, reading the length at each step (a node a
+// script appends meanwhile takes part in the same walk), each held while it runs. The
+// nodes lie apart in memory and a walk over thousands of them waits mostly on loads:
+// what the nodes a few places ahead will read starts loading meanwhile. For draws that
+// goes in three steps, each reading what the one before loaded (the node's fields,
+// its first submesh's entries, the buffer objects).
+enum class WalkFor { kUpdate, kDraw };
+
+template <WalkFor purpose, class Fn>
+void ForEachNode(const NodeList& list, Fn&& fn) {
+  const auto ahead = [&list](std::size_t j) { return j < list.size() ? list[j].get() : nullptr; };
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    if constexpr (purpose == WalkFor::kDraw) {
+      if (const Vorn_3DGameNode* n = ahead(i + 3)) n->PrefetchDrawFields();
+      if (const Vorn_3DGameNode* n = ahead(i + 2)) n->PrefetchDrawEntries();
+      if (const Vorn_3DGameNode* n = ahead(i + 1)) n->PrefetchDrawBuffers();
+    } else {
+      if (const Vorn_3DGameNode* n = ahead(i + 4)) n->PrefetchUpdateFields();
+    }
+    const Vorn_3DGameNode::Ptr node = list[i];
+    if (node) fn(*node);
+  }
+}
+
 // Hands GL to code outside the cached path (a subclass's or a script's draw, a pick
 // callback, the debug lines): the contract state first, and afterwards nothing of what
 // was known is trusted.

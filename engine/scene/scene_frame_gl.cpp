@@ -21,10 +21,11 @@ namespace {
 // script callback during the walk takes part in the same walk.
 template <class Fn>
 void walk(const NodeList& list, Fn&& fn) {
-  for (std::size_t i = 0; i < list.size(); ++i) {
-    NodeScene::NodePtr node = list[i];  // keep it alive while it runs
-    if (node) fn(*node);
-  }
+  ForEachNode<WalkFor::kUpdate>(list, fn);
+}
+template <class Fn>
+void walk_draw(const NodeList& list, Fn&& fn) {
+  ForEachNode<WalkFor::kDraw>(list, fn);
 }
 
 // The same over a camera map: by position, each camera held while it runs.
@@ -134,10 +135,10 @@ void Vorn_3Dcene::MainPass(bool vrMode) {
     const NodeDrawRun run;
     auto drawInRun = [&run, rx, ry, rz](Vorn_3DGameNode& node) { run.draw(node, rx, ry, rz); };
     walk_roots(LightList, drawInRun);
-    walk(ObjectArray_3DTerrain, drawInRun);
-    walk(ObjectArray_3DOcean, drawInRun);
-    walk(ObjectArray_3D, drawInRun);
-    walk(DrawNodeArray_3D, drawInRun);
+    walk_draw(ObjectArray_3DTerrain, drawInRun);
+    walk_draw(ObjectArray_3DOcean, drawInRun);
+    walk_draw(ObjectArray_3D, drawInRun);
+    walk_draw(DrawNodeArray_3D, drawInRun);
   }
   if (CurrObjectAxis) CurrObjectAxis->draw(rx, ry, rz);
   if (CurrDrawNode) CurrDrawNode->draw(rx, ry, rz);

@@ -1,5 +1,6 @@
 """Particle emitters as scripts use them: the update walk, emission over gathered time,
-the live particle list, subclass hooks, and sprites on screen."""
+the live particle list, subclass hooks, and sprites on screen. The example fountain is a
+render-reference case (tests/render)."""
 import weakref
 
 import pytest
@@ -171,17 +172,3 @@ def test_textured_sprites_on_screen_where_emitted(scene, resources, capsys):
     e.ParticleArray[0].life = 0
     scene.DrawScene()
     assert max(V.ReadScreenPixels(0, cy - 15, W, 30)) < 10 and len(e.ParticleArray) == 0
-
-
-def test_example_fountain_runs_headless(tmp_path):
-    import os
-    import subprocess
-    import sys
-    example = os.path.join(os.path.dirname(__file__), "..", "..", "examples", "particles_audio.py")
-    shot = tmp_path / "fountain.png"
-    result = subprocess.run([sys.executable, example, "--frames", "3", "--screenshot", str(shot),
-                             "--resources", str(tmp_path / "res")], capture_output=True, text=True, timeout=120)
-    assert result.returncode == 0, result.stderr[-2000:]
-    assert "Audio driver:" in result.stdout
-    data = shot.read_bytes()
-    assert data[:8] == b"\x89PNG\r\n\x1a\n" and len(data) > 4000

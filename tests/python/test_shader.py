@@ -1,9 +1,5 @@
 """Shader generation as scripts use it: the slot assembler, the 3D catalogue, and the
-program manager under a GL context."""
-import os
-import subprocess
-import sys
-
+program manager under a GL context. Its refusal without a context is in test_gl_safety."""
 import pytest
 
 import Vorn3DGameEngine as V
@@ -56,20 +52,6 @@ def test_catalogue_takes_script_values_as_identifiers():
     assert V.Vorn_TEXID.TEX_TERRAIN_SHADOW == 5
 
 
-def test_manager_needs_a_context():
-    # In a fresh process with no window, construction raises instead of reaching no driver.
-    script = (
-        "import Vorn3DGameEngine as V\n"
-        "try:\n"
-        "    V.Vorn_FXManage()\n"
-        "except RuntimeError as e:\n"
-        "    print('RuntimeError', e)\n"
-    )
-    result = subprocess.run([sys.executable, "-c", script], capture_output=True, text=True, env=os.environ.copy())
-    assert result.returncode == 0, result.stderr
-    assert result.stdout.startswith("RuntimeError Vorn_FXManage.__init__: no OpenGL context is current")
-
-
 @pytest.fixture(scope="module")
 def manager(gl_context):
     return V.Vorn_FXManage()
@@ -90,16 +72,3 @@ def test_manager_lookups_and_texts(manager, capsys):
     bad = report[V.Vorn_3DFX.FX_NORMAL_VIEW_INVERSE]
     assert not bad.Usable and "vec3 cannot be assigned to variable of type vec4" in bad.PSLog
     assert report[V.Vorn_3DFX.FX_DIFFUSE].Usable
-
-
-def test_fx_manager_global_is_live(manager):
-    saved = V.FXManagerInstance  # a scene made by an earlier test may have set it
-    try:
-        V.FXManagerInstance = None
-        assert V._engine._get_global("FXManagerInstance") is None
-        V.FXManagerInstance = manager
-        assert V.FXManagerInstance is manager
-        with pytest.raises(TypeError):
-            V.FXManagerInstance = 5
-    finally:
-        V.FXManagerInstance = saved

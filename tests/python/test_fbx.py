@@ -1,6 +1,6 @@
-"""FBX and the other model formats as scripts load them: the walker from GLB and from FBX
-side by side on screen, files that don't load, a glTF of several primitives and
-materials through the general loader, and hand-written odd models converted to FBX."""
+"""FBX and the other model formats as scripts load them: the walker's FBX fields, files
+that don't load, a glTF of several primitives and materials through the general loader,
+and a hand-written odd model converted to FBX."""
 import base64
 import json
 import pathlib
@@ -29,13 +29,9 @@ def assets(tmp_path_factory):
     return folder
 
 
-def frame(scene):
-    scene.DrawScene()
-    return V.ReadScreenPixels(0, 0, W, H)
-
-
-def test_the_fbx_walker_draws_like_the_glb_one(scene, assets, capsys):
-    look(scene, eye=(0, 1, 3), at=(0, 1, 0))
+def test_the_fbx_walker_reads_like_the_glb_one(scene, assets, capsys):
+    # Bone for bone the same matrices as the GLB load: the C++ suite (fbx_walker_test);
+    # on screen beside the GLB walker: the demonstration's render reference.
     glb = scene.CreateMeshFromFile(meshFile=str(assets / "walker.glb"))
     fbx = scene.CreateMeshFromFile(meshFile=str(assets / "walker.fbx"))
     assert fbx.IsFBX and not glb.IsFBX
@@ -45,23 +41,6 @@ def test_the_fbx_walker_draws_like_the_glb_one(scene, assets, capsys):
     assert [fbx.GetActionName(i) for i in range(fbx.GetActionCount())] == ["Walk", "Idle"]
     assert fbx.FirstAnimation_Duration == pytest.approx(1.0) and fbx.FirstAnimation_TimeSpan == pytest.approx((0, 1))
     assert fbx.FirstAnimation_FrameCount == round(1.0 / fbx.FrameDelayTime)
-    for mesh in (glb, fbx):
-        mesh.PlayAction(0)
-        mesh.SetActionSpeed(0.0)  # the frame must not move the clock: only the FBX path interpolates
-    for t in (0.25, 0.5):  # keyframe times of the walk: the GLB path does not interpolate
-        shots = []
-        for shown, hidden in ((glb, fbx), (fbx, glb)):
-            shown.SetVisible(True)
-            hidden.SetVisible(False)
-            shown.CurrAnimation_CurrTime = t
-            shots.append(frame(scene))
-        a, b = shots
-        # The middle half of the screen: the corner statistics text differs.
-        where = [(y * W + x) * 3 for y in range(H) for x in range(W // 4, 3 * W // 4)]
-        covered = sum(1 for i in where if a[i] + a[i + 1] + a[i + 2] > 30)
-        differ = sum(1 for i in where if max(abs(a[i + c] - b[i + c]) for c in range(3)) > 24)
-        assert covered > 2000, "the walker fills part of the view"
-        assert differ < covered * 0.01, (t, differ, covered)
     assert "Load Failed." not in capsys.readouterr().out
 
 
@@ -172,7 +151,8 @@ def test_the_model_loader_keeps_every_primitive_and_material(scene, tmp_path, ca
     assert [len(mesh.VIndexArray[s]) for s in range(3)] == [3, 3, 3]
     out = capsys.readouterr().out
     assert "Can't find" not in out and out.count("All polygons share the same material on layer 0") == 3
-    pixels = frame(scene)
+    scene.DrawScene()
+    pixels = V.ReadScreenPixels(0, 0, W, H)
 
     def at(x, y):
         i = (y * W + x) * 3

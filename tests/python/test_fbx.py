@@ -31,14 +31,17 @@ def assets(tmp_path_factory):
 
 def test_the_fbx_walker_reads_like_the_glb_one(scene, assets, capsys):
     # Bone for bone the same matrices as the GLB load: the C++ suite (fbx_walker_test);
-    # on screen beside the GLB walker: the demonstration's render reference.
+    # on screen: the demonstration's render reference. GLB files are read by the C++
+    # suite (glb_reader_test) and drawn by the skinned-walker render reference.
     glb = scene.CreateMeshFromFile(meshFile=str(assets / "walker.glb"))
     fbx = scene.CreateMeshFromFile(meshFile=str(assets / "walker.fbx"))
     assert fbx.IsFBX and not glb.IsFBX
     assert fbx.SubMeshList == ["submesh_0"] and isinstance(fbx.SubMesh_Dict[0], V.Vorn_SkinSubMeshAni_FBX)
     assert sorted(fbx.SubMesh_Dict[0].BoneNames) == sorted(["Hips", "Spine", "Head", "LeftArm", "RightArm", "LeftLeg",
                                                            "LeftShin", "RightLeg", "RightShin"])
-    assert [fbx.GetActionName(i) for i in range(fbx.GetActionCount())] == ["Walk", "Idle"]
+    assert [m.GetActionName(i) for m in (glb, fbx) for i in range(m.GetActionCount())] == ["Walk", "Idle"] * 2
+    assert glb.withSkin and glb.SubMeshList == fbx.SubMeshList
+    assert isinstance(glb.SubMesh_Dict[0], V.Vorn_SkinSubMeshAni_GLB)
     assert fbx.FirstAnimation_Duration == pytest.approx(1.0) and fbx.FirstAnimation_TimeSpan == pytest.approx((0, 1))
     assert fbx.FirstAnimation_FrameCount == round(1.0 / fbx.FrameDelayTime)
     assert "Load Failed." not in capsys.readouterr().out

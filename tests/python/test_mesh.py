@@ -3,7 +3,7 @@ objects, a skinned quad moved on screen by its bone, and OBJ models through the 
 import pytest
 
 import Vorn3DGameEngine as V
-from conftest import W, H, pixel
+from conftest import W, H, look, pixel
 
 STILL = [("rotation", [(0.0, [0, 0, 0, 1]), (1.0, [0, 0, 0, 1])]),
          ("scale", [(0.0, [1, 1, 1]), (1.0, [1, 1, 1])])]
@@ -63,11 +63,7 @@ def test_play_action_hands_keyframes_to_every_skin_object(capsys):
 def skinned_quad(scene, right_bones=(0, 0), right_weights=(1, 0)):
     """A white 2 by 2 quad at the origin whose left vertices follow bone 1 (shader
     matrix 0) and whose right vertices take the given matrices and weights."""
-    scene.SetBGColor(0.0, 0.0, 0.0)
-    scene.SetAmbientColor(1.0, 1.0, 1.0)
-    camera = scene.GetActiveCamera()
-    camera.SetXYZ(0, 0, 5)
-    camera.LookAt(0, 0, 0)
+    look(scene)
     mesh = scene.CreateMeshFromFile(0, 0, 0)
     mesh.withSkin = True  # as a loader sets it for a mesh with bones
     s = mesh.CreateSubMesh("skin", True, True)

@@ -18,12 +18,6 @@ class Tracked(V.Vorn_3DCamera):
         super().update(delay)
 
 
-def drop_and_collect(*names, scope):
-    for name in names:
-        del scope[name]
-    gc.collect()
-
-
 def test_engine_held_nodes_keep_attributes_class_and_identity(scene):
     box = scene.CreateBox(0, 0, 0)
     box.hp = 10

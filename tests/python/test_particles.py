@@ -1,5 +1,5 @@
-"""Particle emitters as scripts use them: the update walk, emission over gathered time,
-the live particle list, subclass hooks, and sprites on screen. The example fountain is a
+"""Particle emitters as scripts use them: defaults, the particle step, the live particle
+list, subclass hooks, and sprites on screen. The example fountain is a
 render-reference case (tests/render)."""
 import weakref
 

@@ -1,5 +1,6 @@
 """The scene's full-screen modes as scripts use them: VR split, deferred-light and
-ambient-occlusion previews, and the example script's modes that no render reference shows.
+ambient-occlusion previews. The example script runs as render-reference cases (VR, bloom,
+inset) and is type-checked with the others (test_stubs.py).
 
 The post pass's blur is checked by the C++ suite (fullscreen_gl_test). The picture
 checks need the modes' own 800 by 600 layout, so they run in a child
@@ -16,8 +17,6 @@ import Vorn3DGameEngine as V
 from conftest import window_prelude
 
 FX3 = V.Vorn_3DFX
-HERE = os.path.dirname(os.path.abspath(__file__))
-EXAMPLE = os.path.join(HERE, "..", "..", "examples", "fullscreen_modes.py")
 
 CHILD_HEAD = window_prelude(800, 600) + """
 import json, sys
@@ -246,15 +245,3 @@ def test_ssao_result_is_grey_and_darker_in_a_crease(tmp_path):
     # Open wall at both ends; the crease around the block's outline is darker.
     assert min(row) < min(row[0], row[-1]) - 40, row
     assert out["fps"]
-
-
-# The vr, bloom and inset modes are render-reference cases (tests/render).
-@pytest.mark.parametrize("mode", ["defer", "ssao"])
-def test_example_script_runs_headless_and_saves_a_screenshot(tmp_path, mode):
-    shot = tmp_path / f"{mode}.png"
-    proc = subprocess.run([sys.executable, os.path.abspath(EXAMPLE), "--mode", mode, "--frames", "3",
-                           "--screenshot", str(shot)], cwd=tmp_path, capture_output=True, text=True, timeout=240)
-    assert proc.returncode == 0, proc.stderr[-3000:]
-    header = shot.read_bytes()[:24]
-    assert header[:8] == b"\x89PNG\r\n\x1a\n"
-    assert (int.from_bytes(header[16:20], "big"), int.from_bytes(header[20:24], "big")) == (800, 600)

@@ -150,21 +150,3 @@ def test_building_and_dropping_levels_leaves_memory_flat(scene):
     before = rounds(50)  # warms caches and allocator pools
     after = rounds(1000)
     assert after - before < 8 * 1024, f"peak RSS grew by {(after - before) // 1024} MB"
-
-
-def test_collector_runs_inside_subclass_construction():
-    class Sub(V.Vorn_3DGameNode):
-        def __init__(self, i):
-            self.before = [i]  # allocations before the base is built
-            super().__init__(i, 0, 0)
-            self.after = {"i": i}
-
-    threshold = gc.get_threshold()
-    gc.set_threshold(1)
-    try:
-        root = V.Vorn_3DGameNode()
-        for i in range(2000):
-            root.AddChild(Sub(i))
-    finally:
-        gc.set_threshold(*threshold)
-    assert [c.after["i"] for c in root.children[:3]] == [0, 1, 2]

@@ -50,11 +50,13 @@ CASES = [
      ["V.glutDisplayFunc(None)", "V.glutMainLoopEvent()"], ("ok", "TypeError", "ValueError", "RuntimeError")),
     ("script subclass made in a loop under constant collection", NO_WINDOW,
      ["import gc",
-      "class Mine(V.Vorn_3DGameNode):\n def __init__(self, *a):\n  super().__init__(*a)\n  self.me = self",
+      # State set before the base is built, and a cycle through the script object.
+      "class Mine(V.Vorn_3DGameNode):\n def __init__(self, i):\n  self.before = [i]\n  super().__init__(i, 0, 0)\n"
+      "  self.me = self",
       "gc.set_threshold(1)",
-      "root = V.Vorn_3DGameNode()\nfor i in range(1500):\n m = Mine()\n root.AddChild(m) if i % 3 == 0 else None\n"
+      "root = V.Vorn_3DGameNode()\nfor i in range(1500):\n m = Mine(i)\n root.AddChild(m) if i % 3 == 0 else None\n"
       " m.update(0.1)",
-      "root.update(0.1)"], ("ok",)),
+      "root.update(0.1)", "assert [c.before for c in root.children[:3]] == [[0], [3], [6]]"], ("ok",)),
     ("script subclass in a scene under constant collection", WINDOW,
      ["import gc",
       "class Mine(V.Vorn_3DGameNode):\n def update(self, d):\n  super().update(d)\n  self.seen = self",

@@ -1,22 +1,8 @@
-"""The tile map as an editor script uses it: tables, edits, water and the picture. The
-example editor is a render-reference case (tests/render)."""
+"""The tile map as an editor script uses it: tables, edits and water. Materials, raised
+tiles and water on screen are the tile-editor render-reference case (tests/render)."""
 import pytest
 
 import Vorn3DGameEngine as V
-from conftest import W, H, look, near, pixel
-
-PLAIN, WATER = (200, 40, 40), (30, 60, 230)
-
-
-@pytest.fixture
-def resources(tmp_path):
-    """Solid-colour materials in "mat": red ground, blue water."""
-    folder = tmp_path / "mat"
-    folder.mkdir()
-    for name, colour in {"plain.png": PLAIN, "slope.png": (40, 200, 40), "bottom.png": (90, 90, 90),
-                         "water.png": WATER, "blend.png": (128, 128, 128)}.items():
-        V.Vorn_Image("RGB", (4, 4), colour).save(str(folder / name))
-    return tmp_path
 
 
 def test_factory_tables_edits_and_water(scene):
@@ -57,39 +43,3 @@ def test_factory_tables_edits_and_water(scene):
     with pytest.raises(IndexError):
         open_map.FillWater(1, 1)
     assert open_map.SubMeshList == ["layer_0"]
-
-
-def test_picture_plain_material_and_water(scene):
-    look(scene, eye=(0, 12, 0.001), sun=(0, -1, 0))
-    m = scene.CreateTiledMap(rows=9, cows=9)
-    m.SetTileMapMaterials("mat")
-    scene.DrawScene()
-    mid = pixel(W // 2, H // 2)
-    assert mid[0] > 120 and mid[1] < 90 and mid[2] < 90, mid
-
-    # A walled basin left of the centre, then water in it: only the basin changes.
-    for z in range(2, 7):
-        for x in range(0, 5):
-            if x in (0, 4) or z in (2, 6):
-                m.UpTile(x, z)
-    m.ReBuildTiledMap()
-    scene.DrawScene()
-    before = V.ReadScreenPixels(0, 0, W, H)
-    m.FillWater(2, 4)
-    m.ReBuildTiledMap()
-    scene.DrawScene()
-    after = V.ReadScreenPixels(0, 0, W, H)
-
-    def at(data, x, y):
-        i = ((H - 1 - y) * W + x) * 3
-        return tuple(data[i:i + 3])
-
-    # Tile (2, 4) is left of the centre tile (4, 4) by two tiles.
-    cx, cy = W // 2, H // 2
-    tile = at(after, cx, cy)
-    changed = [(x, y) for y in range(0, H, 4) for x in range(0, W, 4)
-               if not near(at(before, x, y), at(after, x, y), 6)]
-    assert changed, "the water changed nothing"
-    xs = [x for x, _ in changed]
-    assert max(xs) < cx, "water drawn outside the basin (right half)"
-    assert near(tile, at(before, cx, cy), 6)

@@ -8,10 +8,6 @@ import Vorn3DGameEngine as V
 from conftest import W, H, lit_quad, near, pixel
 
 
-def count_colour(data, colour, tol=2):
-    return sum(near(data[i:i + 3], colour, tol) for i in range(0, len(data), 3))
-
-
 def test_construction_and_accessors(scene):
     assert scene.GetScreenSize() == (W, H)
     assert [t.text for t in scene.TextArray] == ["FPS:60", "Batch:0"]
@@ -22,16 +18,11 @@ def test_construction_and_accessors(scene):
         scene.InitGL(W, 0)
 
 
-def test_clear_colour_and_overlays(scene):
+def test_clear_colour_and_pixel_reads(scene):
     scene.SetBGColor(0.2, 0.4, 0.6)
     scene.DrawScene()
     assert near(pixel(W // 2, H // 2), (51, 102, 153), 1) and near(pixel(W - 1, H - 1), (51, 102, 153), 1)
-    # The two overlays sit at the top left: white glyphs with their black shadow.
-    top_left = V.ReadScreenPixels(0, 0, 100, 40)
-    assert count_colour(top_left, (255, 255, 255)) > 20
-    assert count_colour(top_left, (0, 0, 0)) > 20
-    rest = V.ReadScreenPixels(0, 60, W, H - 60)
-    assert count_colour(rest, (255, 255, 255)) == 0
+    # The overlay texts are drawn in every render reference and by the C++ text tests.
     for outside in [(0, -2, 2**31 - 1, 2), (W - 1, 0, 2, 1), (0, H, 1, 1)]:
         with pytest.raises(ValueError, match="not inside"):
             V.ReadScreenPixels(*outside)

@@ -155,13 +155,11 @@ def test_binding_tables_and_events(capsys):
 
 
 def test_timed_actions_on_nodes():
+    # The actions' arithmetic is the C++ suite's (actions_test); here the node runs them.
     n = V.Vorn_3DGameNode()
     n.RunAction([V.MoveToAction(2.0, 4, 8, 0)])
-    seen = []
-    for _ in range(5):
-        n.update(0.5)
-        seen.append(n.GetXYZ())
-    assert seen == [(1.0, 2.0, 0.0), (2.0, 4.0, 0.0), (3.0, 6.0, 0.0), (4.0, 8.0, 0.0), (4.0, 8.0, 0.0)]
+    n.update(0.5)
+    assert n.GetXYZ() == (1.0, 2.0, 0.0)
     r = V.Vorn_3DGameNode()
     r.SetAngle(30)
     r.RunAction([V.RotateByAction(1.0, 90)])

@@ -214,9 +214,7 @@ def attempt(index, op, text, fn):
 
 def probe(index, op):
     """After a global changed, the operations that read globals run once each."""
-    targets = [scene] if scene else []
-    targets += [pool.of_class(rng, V.Vorn_3DGameNode) for rng in (cat_rng,)]
-    for obj in targets:
+    for obj in ([scene] if scene else []) + [pool.of_class(cat_rng, V.Vorn_3DGameNode)]:
         for name in ("DrawScene", "update", "draw", "CreateBox"):
             fn = getattr(obj, name, None) if obj is not None else None
             if fn is not None:

@@ -1,6 +1,9 @@
 """Shared fixtures and helpers: one GLUT window per test process, a scene of that size,
-a scene of the script's own, and pixel reading."""
+a scene of the script's own, a child interpreter's window, the view, and pixel reading."""
 import os
+import struct
+import textwrap
+import zlib
 
 import pytest
 
@@ -74,14 +77,49 @@ def near(got, want, tol=3):
     return all(abs(a - b) <= tol for a, b in zip(got, want))
 
 
-def lit_quad(scene):
-    """A white 2 by 2 quad at the origin facing +z, in full light, seen from z = 5."""
+def window_prelude(width=320, height=240):
+    """Lines for a child interpreter: the window, resource manager (the working folder)
+    and scene that a game opens, as `V` and `scene`."""
+    return textwrap.dedent(f"""\
+        import os
+        import Vorn3DGameEngine as V
+        V.glutInit()
+        V.glutInitDisplayMode(V.GLUT_SINGLE | V.GLUT_RGBA | V.GLUT_DEPTH)
+        V.glutInitWindowSize({width}, {height})
+        V.glutCreateWindow("vorn child")
+        V.SCREEN_WIDTH, V.SCREEN_HEIGHT = {width}, {height}
+        V.PyGameResManager(os.getcwd())
+        scene = V.Vorn_3Dcene()
+        scene.InitGL({width}, {height})
+        V.openGLScene = scene
+        """)
+
+
+def look(scene, eye=(0, 0, 5), at=(0, 0, 0), sun=None):
+    """Black background, full ambient light (and a white sun along `sun`); the camera at
+    `eye` looking at `at`."""
     scene.SetBGColor(0.0, 0.0, 0.0)
     scene.SetAmbientColor(1.0, 1.0, 1.0)
-    scene.SetSunLight(0, 0, -1, 1, 1, 1)
+    if sun:
+        scene.SetSunLight(*sun, 1, 1, 1)
     camera = scene.GetActiveCamera()
-    camera.SetXYZ(0, 0, 5)
-    camera.LookAt(0, 0, 0)
+    camera.SetXYZ(*eye)
+    camera.LookAt(*at)
+
+
+def png_bytes(width, height, colour):
+    """A PNG of one colour: RGB or RGBA by the colour's length."""
+    def chunk(kind, data):
+        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
+    rows = b"".join(b"\0" + bytes(colour) * width for _ in range(height))
+    header = struct.pack(">IIBBBBB", width, height, 8, 6 if len(colour) == 4 else 2, 0, 0, 0)
+    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", header) + chunk(b"IDAT", zlib.compress(rows))
+            + chunk(b"IEND", b""))
+
+
+def lit_quad(scene):
+    """A white 2 by 2 quad at the origin facing +z, in full light, seen from z = 5."""
+    look(scene, sun=(0, 0, -1))
     node = scene.Create3DGameNode(0, 0, 0)
     s = node.CreateSubMesh("quad")
     node.PushQuadVertex_Postion(s, -1, -1, 0, 1, -1, 0, 1, 1, 0, -1, 1, 0)

@@ -29,14 +29,12 @@ STALL = 20.0  # seconds without a new call before the child counts as hung
 STATES = ["nowin", "gl", "factories", "detached", "dropped"]
 
 
-
-def _last_call(path):
+def _progress_lines(path):
     try:
         with open(path, encoding="utf-8", errors="replace") as f:
-            lines = f.read().splitlines()
+            return f.read().splitlines()
     except FileNotFoundError:
-        return [], None
-    return lines, (lines[-1] if lines else None)
+        return []
 
 
 def _run_child(state, start, progress, resdir):
@@ -60,8 +58,8 @@ def _run_child(state, start, progress, resdir):
             elif time.monotonic() - seen > STALL:
                 child.kill()
                 child.wait()
-                return _last_call(progress)[0], "hang"
-    return _last_call(progress)[0], child.returncode
+                return _progress_lines(progress), "hang"
+    return _progress_lines(progress), child.returncode
 
 
 def fuzz_state(state, tmp_path):

@@ -1,6 +1,6 @@
-"""FBX and the other model formats as scripts load them: the walker from GLB and from FBX
-side by side on screen, files that don't load, a glTF of several primitives and
-materials through the general loader, and hand-written odd models converted to FBX."""
+"""FBX and the other model formats as scripts load them: the walker's FBX fields, files
+that don't load, a glTF of several primitives and materials through the general loader,
+and a hand-written odd model converted to FBX."""
 import base64
 import json
 import pathlib
@@ -13,7 +13,7 @@ import zlib
 import pytest
 
 import Vorn3DGameEngine as V
-from conftest import W, H
+from conftest import W, H, look, png_bytes
 
 PACKAGE_DIR = pathlib.Path(V.__file__).resolve().parents[1]
 TOOL = PACKAGE_DIR.parent / "tools" / "make_demo_assets"
@@ -29,47 +29,21 @@ def assets(tmp_path_factory):
     return folder
 
 
-def view(scene):
-    scene.SetBGColor(0.0, 0.0, 0.0)
-    scene.SetAmbientColor(1.0, 1.0, 1.0)
-    camera = scene.GetActiveCamera()
-    camera.SetXYZ(0, 1, 3)
-    camera.LookAt(0, 1, 0)
-
-
-def frame(scene):
-    scene.DrawScene()
-    return V.ReadScreenPixels(0, 0, W, H)
-
-
-def test_the_fbx_walker_draws_like_the_glb_one(scene, assets, capsys):
-    view(scene)
+def test_the_fbx_walker_reads_like_the_glb_one(scene, assets, capsys):
+    # Bone for bone the same matrices as the GLB load: the C++ suite (fbx_walker_test);
+    # on screen: the demonstration's render reference. GLB files are read by the C++
+    # suite (glb_reader_test) and drawn by the skinned-walker render reference.
     glb = scene.CreateMeshFromFile(meshFile=str(assets / "walker.glb"))
     fbx = scene.CreateMeshFromFile(meshFile=str(assets / "walker.fbx"))
     assert fbx.IsFBX and not glb.IsFBX
     assert fbx.SubMeshList == ["submesh_0"] and isinstance(fbx.SubMesh_Dict[0], V.Vorn_SkinSubMeshAni_FBX)
     assert sorted(fbx.SubMesh_Dict[0].BoneNames) == sorted(["Hips", "Spine", "Head", "LeftArm", "RightArm", "LeftLeg",
                                                            "LeftShin", "RightLeg", "RightShin"])
-    assert [fbx.GetActionName(i) for i in range(fbx.GetActionCount())] == ["Walk", "Idle"]
+    assert [m.GetActionName(i) for m in (glb, fbx) for i in range(m.GetActionCount())] == ["Walk", "Idle"] * 2
+    assert glb.withSkin and glb.SubMeshList == fbx.SubMeshList
+    assert isinstance(glb.SubMesh_Dict[0], V.Vorn_SkinSubMeshAni_GLB)
     assert fbx.FirstAnimation_Duration == pytest.approx(1.0) and fbx.FirstAnimation_TimeSpan == pytest.approx((0, 1))
     assert fbx.FirstAnimation_FrameCount == round(1.0 / fbx.FrameDelayTime)
-    for mesh in (glb, fbx):
-        mesh.PlayAction(0)
-        mesh.SetActionSpeed(0.0)  # the frame must not move the clock: only the FBX path interpolates
-    for t in (0.25, 0.5):  # keyframe times of the walk: the GLB path does not interpolate
-        shots = []
-        for shown, hidden in ((glb, fbx), (fbx, glb)):
-            shown.SetVisible(True)
-            hidden.SetVisible(False)
-            shown.CurrAnimation_CurrTime = t
-            shots.append(frame(scene))
-        a, b = shots
-        # The middle half of the screen: the corner statistics text differs.
-        where = [(y * W + x) * 3 for y in range(H) for x in range(W // 4, 3 * W // 4)]
-        covered = sum(1 for i in where if a[i] + a[i + 1] + a[i + 2] > 30)
-        differ = sum(1 for i in where if max(abs(a[i + c] - b[i + c]) for c in range(3)) > 24)
-        assert covered > 2000, "the walker fills part of the view"
-        assert differ < covered * 0.01, (t, differ, covered)
     assert "Load Failed." not in capsys.readouterr().out
 
 
@@ -143,14 +117,6 @@ def test_a_truncated_or_random_fbx_prints_its_line_and_leaves_the_mesh_empty(ass
     assert lines == expected + [loaded, loaded, "helpers 1 1 True"] + empty + ["forked True", loaded]
 
 
-def png(width, height, rgb):
-    def chunk(kind, data):
-        return struct.pack(">I", len(data)) + kind + data + struct.pack(">I", zlib.crc32(kind + data))
-    rows = b"".join(b"\0" + bytes(rgb) * width for _ in range(height))
-    return (b"\x89PNG\r\n\x1a\n" + chunk(b"IHDR", struct.pack(">IIBBBBB", width, height, 8, 2, 0, 0, 0))
-            + chunk(b"IDAT", zlib.compress(rows)) + chunk(b"IEND", b""))
-
-
 def three_triangles_gltf(folder):
     """Three triangles side by side in one mesh: the outer two red, the middle one blue."""
     data, views, accessors, prims = b"", [], [], []
@@ -166,8 +132,8 @@ def three_triangles_gltf(folder):
         prims.append({"attributes": {"POSITION": len(accessors) - 2, "TEXCOORD_0": len(accessors) - 1},
                       "material": 1 if k == 1 else 0})
     (folder / "tri.bin").write_bytes(data)
-    (folder / "red.png").write_bytes(png(4, 4, (255, 0, 0)))
-    (folder / "blue.png").write_bytes(png(4, 4, (0, 0, 255)))
+    (folder / "red.png").write_bytes(png_bytes(4, 4, (255, 0, 0)))
+    (folder / "blue.png").write_bytes(png_bytes(4, 4, (0, 0, 255)))
     doc = {"asset": {"version": "2.0"}, "scene": 0, "scenes": [{"nodes": [0]}], "nodes": [{"mesh": 0}],
            "meshes": [{"primitives": prims}], "buffers": [{"uri": "tri.bin", "byteLength": len(data)}],
            "bufferViews": views, "accessors": accessors,
@@ -180,7 +146,7 @@ def three_triangles_gltf(folder):
 
 
 def test_the_model_loader_keeps_every_primitive_and_material(scene, tmp_path, capsys):
-    view(scene)
+    look(scene, eye=(0, 1, 3), at=(0, 1, 0))
     path = three_triangles_gltf(tmp_path)
     mesh = scene.CreateMeshFromModelFile(modelFile=str(path))
     assert type(mesh) is V.Vorn_3DMesh and scene.ObjectArray_3D[-1] is mesh and not mesh.IsFBX
@@ -188,7 +154,8 @@ def test_the_model_loader_keeps_every_primitive_and_material(scene, tmp_path, ca
     assert [len(mesh.VIndexArray[s]) for s in range(3)] == [3, 3, 3]
     out = capsys.readouterr().out
     assert "Can't find" not in out and out.count("All polygons share the same material on layer 0") == 3
-    pixels = frame(scene)
+    scene.DrawScene()
+    pixels = V.ReadScreenPixels(0, 0, W, H)
 
     def at(x, y):
         i = (y * W + x) * 3
@@ -228,10 +195,7 @@ def test_an_fbx_without_normals_animation_or_its_texture_and_with_a_quad(scene, 
     out = capsys.readouterr().out.splitlines()
     assert "All polygons share the same material on layer 0" in out
     assert any(line.startswith("Can't find texture:") and "gone.png" in line for line in out)
-    assert len(mesh.SubMeshList) == 1 and mesh.SubMeshList[0].startswith("submesh_")
-    assert mesh.VIndexArray[0] == [4, 5, 6] or len(mesh.VIndexArray[0]) == 3  # the quad is not drawn
-    assert not mesh.withNormal and not mesh.withSkin and mesh.SubMesh_Dict == {}
+    # The plan itself (the quad left out, no normals, triangulated by the general loader)
+    # is the C++ suite's (fbx_odd_test); here the script's view of what is missing.
+    assert len(mesh.SubMeshList) == 1 and not mesh.withNormal and not mesh.withSkin and mesh.SubMesh_Dict == {}
     assert mesh.ActionDict == {} and mesh.FirstAnimation_Duration is None and mesh.FrameDelayTime is None
-    # The general loader triangulates the quad.
-    whole = scene.CreateMeshFromModelFile(modelFile=str(tmp_path / "quada.fbx"))
-    assert len(whole.VIndexArray[0]) == 9

@@ -20,4 +20,3 @@ def test_vr_mode_arguments():
     assert FX.GetPS_VRMode(0) == FX.GetPS_VRMode(2) == FX.GetPS(FX.FX_VRMODE_RIGHT)
     with pytest.raises(ValueError, match="GrassType"):
         FX.GetPS_VRMode(1, 3)
-    assert "eyeID" in FX.GetPS_VRMode.__doc__ and "GrassType" in FX.GetPS_VRMode.__doc__

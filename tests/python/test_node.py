@@ -25,27 +25,18 @@ def test_tags_come_from_the_script_scene_and_the_label_the_subclass_wrote():
     assert child.GetSceneInstance() is scene and root.children == [child] and child.Parent is root
 
 
-def test_children_is_a_live_list(capsys):
+def test_children_hold_the_hierarchy(capsys):
+    # The list operations themselves are test_sequences.py's.
     a, b, c = V.Vorn_3DGameNode(), V.Vorn_3DGameNode(), V.Vorn_3DGameNode()
     d, e = V.Vorn_3DGameNode(), V.Vorn_3DGameNode()
-    a.children.append(b)
-    a.children.extend([c])
+    a.children.extend([b, c])
     b.AddChild(d)
-    b.children.insert(5, e)
+    b.children.append(e)
     assert a.GetAllChildrens() == [d, e, b, c]
-    assert len(a.children) == 2 and b in a.children and d not in a.children
-    del a.children[-1]
-    a.children = [c, b]
-    assert a.children[::-1] == [b, c]
-    with pytest.raises(TypeError):
-        a.children.append(None)
+    a.children = [c]
+    assert a.children == [c]
     with pytest.raises(TypeError):
         a.children = 5
-    with pytest.raises(IndexError):
-        a.children[7]
-    with pytest.raises(ValueError):
-        a.children.remove(d)
-    assert a.children.pop() is b and a.children == [c]
     b.RemoveChild(None)
     assert capsys.readouterr().out == "No Find Child\n"
 
@@ -164,13 +155,11 @@ def test_binding_tables_and_events(capsys):
 
 
 def test_timed_actions_on_nodes():
+    # The actions' arithmetic is the C++ suite's (actions_test); here the node runs them.
     n = V.Vorn_3DGameNode()
     n.RunAction([V.MoveToAction(2.0, 4, 8, 0)])
-    seen = []
-    for _ in range(5):
-        n.update(0.5)
-        seen.append(n.GetXYZ())
-    assert seen == [(1.0, 2.0, 0.0), (2.0, 4.0, 0.0), (3.0, 6.0, 0.0), (4.0, 8.0, 0.0), (4.0, 8.0, 0.0)]
+    n.update(0.5)
+    assert n.GetXYZ() == (1.0, 2.0, 0.0)
     r = V.Vorn_3DGameNode()
     r.SetAngle(30)
     r.RunAction([V.RotateByAction(1.0, 90)])

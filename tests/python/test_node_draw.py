@@ -1,5 +1,6 @@
-"""Node drawing as scripts use it: effects with their undo, script overrides reached
-from the engine's draw walk, and the immediate draw node."""
+"""Node drawing as scripts use it: effects with their undo by keyword, and script
+overrides reached from the engine's draw walk. The draw node and the pictures are the
+C++ suite's (node_draw_gl_test)."""
 import pytest
 
 import Vorn3DGameEngine as V
@@ -73,17 +74,3 @@ def test_engine_draw_walk_reaches_script_overrides(fx, capsys):
     root.SetVisible(False)
     root.draw()
     assert calls == []
-
-
-def test_draw_node_keeps_only_its_latest_shape(fx, capsys):
-    marker = V.Vorn_3DDrawNode(1, 2, 3)
-    assert (marker.GetNodeType(), marker.GetXYZ()) == ("3DDrawNode", (1, 2, 3))
-    marker.DrawTriangle(0, 0, 0, 1, 0, 0, 0, 1, 0)
-    marker.DrawTriangle(5, 5, 5, 6, 5, 5, 5, 6, 5)
-    assert marker.VertexArray_Positon == {0: [[5.0, 5.0, 5.0], [6.0, 5.0, 5.0], [5.0, 6.0, 5.0]]}
-    assert marker.SubMeshFX == {0: fx.GetShader(FX.FX_COLOR)}
-    marker.DrawQuad(0, 0, 0, 1, 0, 0, 1, 1, 0, 0, 1, 0)
-    assert marker.SubMeshShapeType == {0: V.GL_QUADS}
-    capsys.readouterr()
-    marker.draw()
-    assert capsys.readouterr().out == ""

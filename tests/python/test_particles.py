@@ -1,18 +1,12 @@
-"""Particle emitters as scripts use them: the update walk, emission over gathered time,
-the live particle list, subclass hooks, and sprites on screen."""
-import struct
+"""Particle emitters as scripts use them: defaults, the particle step, the live particle
+list, subclass hooks, and sprites on screen. The example fountain is a
+render-reference case (tests/render)."""
 import weakref
 
 import pytest
 
 import Vorn3DGameEngine as V
-from conftest import H, W, near, pixel
-
-
-def tga_rgba(path, width, height, rgba):
-    header = bytes([0, 0, 2]) + bytes(9) + struct.pack("<hhBB", width, height, 32, 8)
-    r, g, b, a = rgba
-    path.write_bytes(header + bytes([b, g, r, a]) * (width * height))
+from conftest import H, W, look, near, pixel
 
 
 def still_emitter(**kw):
@@ -82,7 +76,9 @@ def test_euler_step_uses_the_new_speed_and_clamps_colour():
         p.update(0.1)
 
 
-def test_update_walk_removals_skip_the_next_particle():
+def test_the_live_particle_list_hands_back_the_same_particles():
+    # The walk's removals and the emission over gathered time are the C++ suite's
+    # (particle_test); here the list a script fills and reads.
     e = V.Vorn_3DParticleEmitter()
     e.EmissionRate = 0  # these frames only walk
     tagged = [V.Vorn_Particle(e, life) for life in (0.5, 0.5, 50, 0.5)]
@@ -90,47 +86,18 @@ def test_update_walk_removals_skip_the_next_particle():
         e.ParticleArray.append(p)
     e.ParticleArray[2].life = 60  # an item write reaches the engine
     assert tagged[2].life == 60
-    e.update(0.1)  # a step takes 1 life
-    # [0] dies and is popped; index 1 is now the third (59, live, count 1) and the second
-    # is skipped; index 2 is the last, dead, and pop(1) takes the live third.
-    assert e.ParticleCount == 1
-    assert list(e.ParticleArray) == [tagged[1], tagged[3]]
-    assert tagged[1].life == 0.5 and tagged[3].life == pytest.approx(-0.5) and tagged[2].life == pytest.approx(59)
-    assert e.EmitterTime == pytest.approx(0.1)
     e.update(0.1)
-    # The skipped one dies now and is popped; the last is skipped this frame.
-    assert e.ParticleCount == 0 and list(e.ParticleArray) == [tagged[3]]
-    e.update(0.1)
-    assert len(e.ParticleArray) == 0
-
-
-def test_emission_gathers_short_frames_and_stops_at_the_limit():
-    V.SeedRandom(1)
-    e = V.Vorn_3DParticleEmitter()
-    e.update(0.0)
-    assert len(e.ParticleArray) == 0 and e.EmitterTime == 0
-    e.update(0.005)
-    assert len(e.ParticleArray) == 0 and e.EmitterTime == pytest.approx(0.005)
-    e.update(0.005)
-    assert len(e.ParticleArray) == 1 and e.EmitterTime == 0
-    e.ParticleTotal = 5
-    e.EmitterLifeDecSpeed = 0.0
-    e.update(1.0)  # 100 asked for, 4 fit
-    assert len(e.ParticleArray) == 5
-    e.update(0.3)  # full: time does not grow
-    assert e.ParticleCount == 5 and e.EmitterTime == 0 and len(e.ParticleArray) == 5
-    assert all(0 <= p.life < 100 for p in e.ParticleArray)
-    # Seeded: the same seed repeats the same particles.
-    V.SeedRandom(9)
-    a = V.Vorn_3DParticleEmitter()
-    a.update(0.05)
-    V.SeedRandom(9)
-    b = V.Vorn_3DParticleEmitter()
-    b.update(0.05)
-    assert [p.pos for p in a.ParticleArray] == [p.pos for p in b.ParticleArray]
-    assert [p.life for p in a.ParticleArray] == [p.life for p in b.ParticleArray]
+    assert e.ParticleCount == 1 and list(e.ParticleArray) == [tagged[1], tagged[3]]
     with pytest.raises(TypeError):
-        a.ParticleArray.append(3)
+        e.ParticleArray.append(3)
+    # Seeded: the same seed repeats the same particles.
+    runs = []
+    for _ in range(2):
+        V.SeedRandom(9)
+        a = V.Vorn_3DParticleEmitter()
+        a.update(0.05)
+        runs.append([(p.pos, p.life) for p in a.ParticleArray])
+    assert runs[0] == runs[1] and len(runs[0]) == 5
 
 
 def test_life_100_lasts_ten_seconds():
@@ -172,10 +139,7 @@ def test_factory_holds_200_and_registers(scene):
 
 
 def test_textured_sprites_on_screen_where_emitted(scene, resources, capsys):
-    scene.SetBGColor(0.0, 0.0, 0.0)
-    camera = scene.GetActiveCamera()
-    camera.SetXYZ(0, 0, 5)
-    camera.LookAt(0, 0, 0)
+    look(scene)
     e = still_emitter()
     e.EmissionRate, e.EmitterLifeDecSpeed = 0, 0.0  # the frame's own update changes nothing
     e.SetEmitterColor(1, 1, 1, 1, 0, 0, 1, 1)  # yellow points
@@ -186,42 +150,16 @@ def test_textured_sprites_on_screen_where_emitted(scene, resources, capsys):
     scene.DrawScene()
     cx, cy = W // 2, H // 2
     assert near(pixel(cx, cy), (255, 255, 0), 8)
-    tga_rgba(resources / "spark.tga", 4, 4, (255, 128, 255, 255))
+    V.Vorn_Image("RGBA", (4, 4), (255, 128, 255, 255)).save(str(resources / "spark.png"))
     e.LoadTextureFromFile("missing.tga")
     assert "Can't find texture: missing.tga" in capsys.readouterr().out and e.TextureID is None
-    e.LoadTextureFromFile(str(resources / "spark.tga"))
-    first = e.TextureID
-    assert first is not None
-    e.LoadTextureFromFile(str(resources / "spark.tga"))
+    e.LoadTextureFromFile(str(resources / "spark.png"))
     assert e.TextureID is not None
     scene.DrawScene()
-    # The texture is modulated by the point colour: (1, 0.5, 1) * (1, 1, 0).
+    # The texture is modulated by the point colour: (1, 0.5, 1) * (1, 1, 0). Sprite size
+    # and motion on screen are the fountain's render reference (tests/render).
     assert near(pixel(cx, cy), (255, 128, 0), 8)
-    row = V.ReadScreenPixels(0, cy, W, 1)
-    lit = [x for x in range(W) if row[3 * x] > 100]
-    assert 18 <= len(lit) <= 22 and abs((lit[0] + lit[-1]) / 2 - (cx - 0.5)) <= 1.5
-    column = V.ReadScreenPixels(cx, 0, 1, H)
-    assert 18 <= sum(1 for y in range(H) if column[3 * y] > 100) <= 22
-    # A particle moved to the right shows up there; a dead one is not drawn.
+    # A particle moved by the script shows where it was moved to.
     e.ParticleArray[0].pos = [1.0, 0.0, 0.0]
     scene.DrawScene()
     assert near(pixel(cx, cy), (0, 0, 0), 8)
-    right = [x for x, v in enumerate(V.ReadScreenPixels(0, cy, W, 1)[0::3]) if v > 100]
-    assert right and right[0] > cx + 20
-    e.ParticleArray[0].life = 0
-    scene.DrawScene()
-    assert max(V.ReadScreenPixels(0, cy - 15, W, 30)) < 10 and len(e.ParticleArray) == 0
-
-
-def test_example_fountain_runs_headless(tmp_path):
-    import os
-    import subprocess
-    import sys
-    example = os.path.join(os.path.dirname(__file__), "..", "..", "examples", "particles_audio.py")
-    shot = tmp_path / "fountain.png"
-    result = subprocess.run([sys.executable, example, "--frames", "3", "--screenshot", str(shot),
-                             "--resources", str(tmp_path / "res")], capture_output=True, text=True, timeout=120)
-    assert result.returncode == 0, result.stderr[-2000:]
-    assert "Audio driver:" in result.stdout
-    data = shot.read_bytes()
-    assert data[:8] == b"\x89PNG\r\n\x1a\n" and len(data) > 4000

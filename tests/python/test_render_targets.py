@@ -76,11 +76,6 @@ def test_colour_target_camera_renders_before_the_window(scene, capsys):
     assert all(c >= 254 for c in pixel(W // 2, H // 2))
     assert pixel(W // 2 + 70, H // 2) == (0, 0, 0)
     assert node.SubMeshFX == {0: V.FXManagerInstance.GetShader(FX.FX_DIFFUSE)}
-    # The pass turns fog back on, even where the script had it off.
-    scene.SetSceneFog(50.0, 60.0, 0.1, 0.2, 0.3)
-    scene.DisableFog()
-    scene.DrawScene()
-    assert scene.GetSceneFog() == [50.0, 60.0, 0.1, 0.2, 0.3]
 
     # Direct calls take any list of nodes, the registries' live lists included.
     cam.RenderObjListToRenderTarget([node])

@@ -48,8 +48,6 @@ def test_missing_root_gives_an_empty_index(gl_context, tmp_path):
     res = V.PyGameResManager(str(tmp_path / "nothing-here"))
     assert res.fileDict == {}
     assert res.ListTerrainDir() == [] and res.ListSkyBoxTexture() == [] and res.ListOceanDir() == []
-    V.ResManagerInstance = None
-    assert V.ResManagerInstance is None
 
 
 def test_image_loading_and_use_record(gl_context, tmp_path, capsys):

@@ -8,34 +8,21 @@ import Vorn3DGameEngine as V
 from conftest import W, H, lit_quad, near, pixel
 
 
-def count_colour(data, colour, tol=2):
-    return sum(near(data[i:i + 3], colour, tol) for i in range(0, len(data), 3))
-
-
 def test_construction_and_accessors(scene):
     assert scene.GetScreenSize() == (W, H)
     assert [t.text for t in scene.TextArray] == ["FPS:60", "Batch:0"]
     assert scene.ActiveCamera.GetNodeType() == "3DCameara"
-    scene.SetSceneFog(1.0, 2.0, 0.1, 0.2, 0.3)
-    scene.DisableFog()
-    assert scene.GetSceneFog() == [0.0] * 5
-    scene.EnableFog()
-    scene.SetSceneFogColor(0.5, 0.6, 0.7)
-    assert scene.SceneFog == [1.0, 2.0, 0.5, 0.6, 0.7]
+    scene.SetSceneFog(1.0, 2.0, 0.1, 0.2, 0.3)  # enabling and disabling: the C++ suite's
+    assert scene.SceneFog == scene.GetSceneFog() == [1.0, 2.0, 0.1, 0.2, 0.3]
     with pytest.raises(ZeroDivisionError):
         scene.InitGL(W, 0)
 
 
-def test_clear_colour_and_overlays(scene):
+def test_clear_colour_and_pixel_reads(scene):
     scene.SetBGColor(0.2, 0.4, 0.6)
     scene.DrawScene()
     assert near(pixel(W // 2, H // 2), (51, 102, 153), 1) and near(pixel(W - 1, H - 1), (51, 102, 153), 1)
-    # The two overlays sit at the top left: white glyphs with their black shadow.
-    top_left = V.ReadScreenPixels(0, 0, 100, 40)
-    assert count_colour(top_left, (255, 255, 255)) > 20
-    assert count_colour(top_left, (0, 0, 0)) > 20
-    rest = V.ReadScreenPixels(0, 60, W, H - 60)
-    assert count_colour(rest, (255, 255, 255)) == 0
+    # The overlay texts are drawn in every render reference and by the C++ text tests.
     for outside in [(0, -2, 2**31 - 1, 2), (W - 1, 0, 2, 1), (0, H, 1, 1)]:
         with pytest.raises(ValueError, match="not inside"):
             V.ReadScreenPixels(*outside)
@@ -145,24 +132,6 @@ def test_a_submesh_past_65536_vertices_draws_with_wide_indices(scene):
     assert node.IVBOArray[s].data == [70000, 70001, 70002, 70000, 70002, 70003]
     scene.DrawScene()
     assert all(c >= 254 for c in pixel(W // 2, H // 2))
-
-
-def test_a_lit_quad_shows_where_the_camera_sees_it_and_a_hidden_one_does_not(scene):
-    node = lit_quad(scene)
-    scene.DrawScene()
-    scene.DrawScene()
-    centre = pixel(W // 2, H // 2)
-    assert all(c >= 254 for c in centre)  # facing the sun: full light
-    # A 2 by 2 quad 5 units away under a 45 degree field of view spans about 116 pixels.
-    assert pixel(W // 2 - 50, H // 2) == centre and pixel(W // 2 + 50, H // 2 - 50) == centre
-    assert pixel(W // 2 - 65, H // 2) == (0, 0, 0)
-    assert pixel(W // 2, H // 2 + 65) == (0, 0, 0)
-    batches_shown = scene.BatchCount
-
-    node.SetVisible(False)
-    scene.DrawScene()
-    assert pixel(W // 2, H // 2) == (0, 0, 0)
-    assert scene.BatchCount == batches_shown - 1
 
 
 def test_driver_callbacks(scene, capsys):

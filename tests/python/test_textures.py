@@ -18,25 +18,18 @@ def quadrants(path, size=8, colours=(RED, GREEN, BLUE, WHITE)):
     return str(path)
 
 
-def test_2d_image_fills_the_window_upright_and_rectangles_lie_on_top(scene, tmp_path, capsys):
+def test_2d_image_and_rectangle_in_the_registry_and_on_screen(scene, tmp_path):
     image = scene.Create2DImage(0, 0, W, H, quadrants(tmp_path / "q.png"))
     rect = scene.Create2DRect(200, 150, 60, 40, 1.0, 0.5, 0.0)
     assert list(scene.Get2DObjectArray()) == [image, rect]
     assert scene.Quey2DObjectByTag(image.GetTag()) is image
     assert image.is2DMode and rect.is2DMode
     assert image.GetSubMeshTextureInfo(0, 0)[3:6] == ["RGB", 8, 8]
-    capsys.readouterr()
 
     scene.DrawScene()
-    # Each 2D submesh has no alpha mode: the draw prints its index.
-    assert capsys.readouterr().out.count("0\n") >= 2
-    assert near(pixel(200, 40), GREEN)  # top right (the overlay texts sit at the top left)
-    assert near(pixel(60, 200), BLUE)
-    assert near(pixel(280, 220), WHITE)
-    assert near(pixel(100, 100), RED)
-    assert near(pixel(201, 151), (255, 128, 0))
-    assert near(pixel(258, 188), (255, 128, 0))
-    assert near(pixel(262, 170), WHITE)
+    # Orientation and edges are the C++ suite's (node_textures_gl_test); here the
+    # registry's order: the rectangle lies on the picture's white quadrant.
+    assert near(pixel(280, 220), WHITE) and near(pixel(201, 151), (255, 128, 0))
 
     # Without a file the image has no texture.
     bare = scene.Create2DImage(0, 0, 10, 10)

@@ -1,14 +1,14 @@
 """Ocean and grass as scripts use them: factories and registries, fields and texture
-channels, blades dropped onto the ground, misuse, script subclasses, and other objects
-drawn unchanged beside them. Blade shapes and the motion on screen are the C++ suite's
-(grass_gl_test, ocean_gl_test)."""
+channels, the ground a script scene gives, misuse and script subclasses.
+Blade shapes, seeded patches, the ground drop, refused values, the motion on screen and
+other objects drawn unchanged beside them are the C++ suite's (grass_gl_test, ocean_gl_test)."""
 import gc
 import weakref
 
 import pytest
 
 import Vorn3DGameEngine as V
-from conftest import H, W, ScriptScene, lit_quad
+from conftest import ScriptScene
 
 
 def picture(path, width):
@@ -27,8 +27,6 @@ def test_ocean_fields_texture_channels_and_registry(scene, tmp_path, capsys):
     assert ocean not in list(scene.Get3DObjectArray())
     assert (ocean.Rows, ocean.Cows, ocean.TileSize) == (128, 128, 1.0)
     assert ocean.GetShader() is None and ocean.SubMeshFX == {0: V.FXManagerInstance.GetShader(V.Vorn_3DFX.FX_OCEAN)}
-    assert (ocean.WaveFreq, ocean.WaveAmp, ocean.BumpScale, ocean.BumpSpeedX, ocean.BumpSpeedY) == (
-        0.5, 0.1, 0.8, 0.8, 0.8)
     ocean.SetWave(Freq=0.7, Amp=0.2)
     ocean.SetBump(1.5, 0.25, 0.5)
     assert (ocean.WaveFreq, ocean.WaveAmp, ocean.BumpScale, ocean.BumpSpeedX, ocean.BumpSpeedY) == (
@@ -79,15 +77,7 @@ def test_grass_factory_fields_and_seeded_patches(scene):
     assert repr(fresh.statckR) == "30" and (fresh.SwingSpeed, fresh.SwingRegion) == (1.0, 0.1)
     fresh.SetSwing(swingSpeed=2.0, swingRegion=0.3)
     assert (fresh.SwingSpeed, fresh.SwingRegion) == (2.0, 0.3)
-
-    # The engine's generator makes the blades: a seed repeats a patch of 3001 blades.
-    V.SeedRandom(9)
-    a = scene.CreateGrass(density=3001)
-    V.SeedRandom(9)
-    b = scene.CreateGrass(density=3001)
-    assert a.SubMeshList == ["submesh_0", "submesh_1"]
-    assert a.VertexArray_Positon == b.VertexArray_Positon and a.VertexArray_UV == b.VertexArray_UV
-    assert scene.CreateGrass(parent=a) not in list(scene.Get3DObjectArray())
+    assert scene.CreateGrass(parent=grass) not in list(scene.Get3DObjectArray())
 
 
 def test_grass_stands_on_the_ground_below_its_world_position(scene):
@@ -114,27 +104,12 @@ def test_grass_stands_on_the_ground_below_its_world_position(scene):
     for (x, y, z), (x2, y2, z2) in zip(before, after):
         assert (x2, z2) == (x, z) and y2 == pytest.approx(y + 0.1 * (x + 10) + 0.2 * (z + 5))
 
-    # A real plane in the terrain registry: a ramp rising 0.5 a unit along x from x = 6.
-    plane = V.Vorn_3DPlane(10, 0, 5)
-    plane.CreatePlane(8, 8, 1.0, False, [0.5 * c for r in range(9) for c in range(9)])
-    plane.OnLoad(scene)
-    plane.update(0.0)
-    scene.ObjectArray_3DTerrain.append(plane)
-    patch = scene.CreateGrass(10, 0, 5, radius=1.0, density=30)
-    before = patch.VertexArray_Positon[0]
-    patch.StandOnGround(True)
-    for (x, y, _), (_, y2, _) in zip(before, patch.VertexArray_Positon[0]):
-        assert y2 == pytest.approx(y + 0.5 * (x + 10 - 6))
-
 
 def test_refused_arguments_change_nothing(scene, capsys):
     objects = len(scene.Get3DObjectArray())
+    # The C++ suite has the whole table; here the operation's name and the unchanged node.
     for kwargs, match in [
         ({"subsectionH": 0.7}, "subsectionH must be above 0 and at most maxH \\(0.6\\), not 0.7"),
-        ({"subsectionH": 0.0}, "subsectionH must be above 0"),
-        ({"density": -1}, "density must be 0 or more, not -1.0"),
-        ({"radius": float("nan")}, "radius must be a finite number, not nan"),
-        ({"minH": -0.1}, "minH must be 0 or more"),
         ({"density": 1e8}, "density 100000000.0 with blades of up to 2 sections would make more than 4194304 vertices"),
     ]:
         with pytest.raises(ValueError, match="Vorn_3DGrass.CreateGrass: " + match):
@@ -176,20 +151,3 @@ def test_a_script_subclass_hooks_the_draw_and_is_collected(scene):
     del meadow
     gc.collect()
     assert ref() is None
-
-
-def test_other_objects_draw_the_same_beside_water_and_grass(scene):
-    lit_quad(scene)
-    scene.DrawScene()
-    # The quad's lower half: below the water line and the grass, which stand at y >= 0.
-    rows = (H // 2 + 15, 35)
-    alone = V.ReadScreenPixels(0, rows[0], W, rows[1])
-    full_alone = V.ReadScreenPixels(0, 0, W, H)
-    ocean = V.Vorn_3DOcean()
-    ocean.CreateOcean(4, 4, 0.5)
-    ocean.OnLoad(scene)
-    scene.ObjectArray_3DTerrain.append(ocean)
-    scene.CreateGrass(radius=0.8, density=200)
-    scene.DrawScene()
-    assert V.ReadScreenPixels(0, rows[0], W, rows[1]) == alone
-    assert V.ReadScreenPixels(0, 0, W, H) != full_alone

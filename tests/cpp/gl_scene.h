@@ -14,7 +14,6 @@
 #include "node/game_node.h"
 #include "resource/res_manager.h"
 #include "shader/fx_manage.h"
-#include "shader/fx_manage.h"
 
 namespace vorn::test {
 

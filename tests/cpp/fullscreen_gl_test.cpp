@@ -2,10 +2,7 @@
 // under back-face culling, post-mode filters that step by texels, a camera's forced FX
 // pass without program listings, text after a multi-channel image, and the kernel.
 #include <cmath>
-#include <filesystem>
 #include <vector>
-
-#include <unistd.h>
 
 #include "camera/camera.h"
 #include "core/math_util.h"
@@ -19,26 +16,12 @@
 namespace vorn::test {
 namespace {
 
-// One resource manager for the process; its own program manager is put aside.
-const std::shared_ptr<PyGameResManager>& Resources() {
-  static const auto made = [] {
-    const auto dir = std::filesystem::temp_directory_path() / ("vorn_fullscreen_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir);
-    ConsoleCapture quiet;
-    const auto savedFX = FXManagerInstance;
-    auto resources = PyGameResManager::Create(dir.string());
-    FXManagerInstance = savedFX;
-    return resources;
-  }();
-  return made;
-}
-
 class FullscreenGL : public NodeGLTest {
  protected:
   void SetUp() override {
     NodeGLTest::SetUp();
     if (!HasContext()) return;
-    ResManagerInstance = Resources();
+    ResManagerInstance = SharedResources();
   }
 };
 
@@ -57,8 +40,8 @@ TEST_F(FullscreenGL, PostPassBlursAndCoversItsTargetWithCullingOn) {
   glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
   glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 32, 32, 0, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
   glBindTexture(GL_TEXTURE_2D, 0);
-  Resources()->AddDynamicTexture(source, 32, 32, "RGB", 24);
-  const unsigned target = Resources()->CreateRenderTargetTexture(32, 32);
+  SharedResources()->AddDynamicTexture(source, 32, 32, "RGB", 24);
+  const unsigned target = SharedResources()->CreateRenderTargetTexture(32, 32);
 
   // The real scene draws the quad; culling of back faces is on as InitGL leaves it.
   auto sceneHolder = [] {
@@ -127,7 +110,7 @@ TEST_F(FullscreenGL, TextStaysVisibleAfterAnImageWithFourChannels) {
   glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
   glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 4, 4, 0, GL_RGB, GL_UNSIGNED_BYTE, zeros.data());
   glBindTexture(GL_TEXTURE_2D, 0);
-  Resources()->AddDynamicTexture(black, 4, 4, "RGB", 24);
+  SharedResources()->AddDynamicTexture(black, 4, 4, "RGB", 24);
   for (int channel = 0; channel < 4; ++channel) image->SetDynamicTextureID(black, channel);
   auto label = std::make_shared<Vorn_Text>(50, 10, "MMMM");
   label->SetColor(0.0, 1.0, 0.0);

@@ -1,11 +1,14 @@
 #pragma once
 // Shared set-up of the GL tests that draw nodes: one program manager for the process,
 // the screen constants at the window's size, a fake scene, world units as window pixels,
-// a quad builder and pixel reads.
+// a quad builder and pixel reads; one resource manager for the tests that need one.
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+
+#include <unistd.h>
 
 #include "console_capture.h"
 #include "core/screen_settings.h"
@@ -24,6 +27,21 @@ inline const std::shared_ptr<Vorn_FXManage>& SharedFXManager() {
     return std::make_shared<Vorn_FXManage>();
   }();
   return manager;
+}
+
+// One resource manager for the process, in a folder of its own; the program manager it
+// makes is put aside for the shared one.
+inline const std::shared_ptr<PyGameResManager>& SharedResources() {
+  static const std::shared_ptr<PyGameResManager> made = [] {
+    const auto dir = std::filesystem::temp_directory_path() / ("vorn_gl_resources_" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir);
+    ConsoleCapture quiet;
+    const auto savedFX = FXManagerInstance;
+    auto resources = PyGameResManager::Create(dir.string());
+    FXManagerInstance = savedFX;
+    return resources;
+  }();
+  return made;
 }
 
 inline unsigned Program(int fxid) { return *SharedFXManager()->GetShader(fxid); }

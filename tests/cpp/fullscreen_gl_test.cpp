@@ -32,14 +32,7 @@ TEST_F(FullscreenGL, PostPassBlursAndCoversItsTargetWithCullingOn) {
   // A source texture with one white texel at (10, 10) of 32 x 32.
   std::vector<unsigned char> pixels(32 * 32 * 3, 0);
   for (int c = 0; c < 3; ++c) pixels[(10 * 32 + 10) * 3 + c] = 255;
-  GLuint source = 0;
-  glGenTextures(1, &source);
-  glBindTexture(GL_TEXTURE_2D, source);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 32, 32, 0, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
-  glBindTexture(GL_TEXTURE_2D, 0);
+  const GLuint source = MakeTexture(32, 32, GL_RGB, pixels.data());
   SharedResources()->AddDynamicTexture(source, 32, 32, "RGB", 24);
   const unsigned target = SharedResources()->CreateRenderTargetTexture(32, 32);
 
@@ -104,12 +97,7 @@ TEST_F(FullscreenGL, TextStaysVisibleAfterAnImageWithFourChannels) {
   // texturing on; the text drawn next must still show its colour.
   auto image = Quad(0, 0, 40, 40, Vorn_2DFX::FX_TEXTURE_BLEND, kUV);
   const std::vector<unsigned char> zeros(4 * 4 * 3, 0);
-  GLuint black = 0;
-  glGenTextures(1, &black);
-  glBindTexture(GL_TEXTURE_2D, black);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 4, 4, 0, GL_RGB, GL_UNSIGNED_BYTE, zeros.data());
-  glBindTexture(GL_TEXTURE_2D, 0);
+  const GLuint black = MakeTexture(4, 4, GL_RGB, zeros.data());
   SharedResources()->AddDynamicTexture(black, 4, 4, "RGB", 24);
   for (int channel = 0; channel < 4; ++channel) image->SetDynamicTextureID(black, channel);
   auto label = std::make_shared<Vorn_Text>(50, 10, "MMMM");

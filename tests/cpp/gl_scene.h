@@ -7,6 +7,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include <unistd.h>
 
@@ -53,6 +54,31 @@ inline RGBA Pixel(int x, int y) {
   unsigned char p[4] = {0, 0, 0, 0};
   glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, p);
   return {p[0], p[1], p[2], p[3]};
+}
+
+// The whole window as RGBA, rows from the bottom.
+inline std::vector<unsigned char> WindowPixels() {
+  std::vector<unsigned char> pixels(static_cast<std::size_t>(kWindowWidth) * kWindowHeight * 4);
+  glReadPixels(0, 0, kWindowWidth, kWindowHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+  return pixels;
+}
+
+// A texture of w x h tightly packed texels with nearest filtering; the binding and the
+// unpack alignment are left as they were.
+inline GLuint MakeTexture(int w, int h, GLenum format, const void* texels) {
+  GLint alignment = 4, bound = 0;
+  glGetIntegerv(GL_UNPACK_ALIGNMENT, &alignment);
+  glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+  GLuint tex = 0;
+  glGenTextures(1, &tex);
+  glBindTexture(GL_TEXTURE_2D, tex);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+  glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), w, h, 0, format, GL_UNSIGNED_BYTE, texels);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, alignment);
+  glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(bound));
+  return tex;
 }
 
 // The first three components of `got` within `tol` of `want`.

@@ -244,9 +244,7 @@ class GrassSwingGL : public GrassGL {
     scene->currTime = t;
     glClear(GL_COLOR_BUFFER_BIT);
     node.draw();
-    std::vector<unsigned char> pixels(static_cast<std::size_t>(kWindowWidth) * kWindowHeight * 4);
-    glReadPixels(0, 0, kWindowWidth, kWindowHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-    return pixels;
+    return WindowPixels();
   }
 };
 

@@ -34,9 +34,7 @@ class OceanGL : public NodeGLTest {
     scene->currTime = t;
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     for (Vorn_3DGameNode* n : nodes) n->draw();
-    std::vector<unsigned char> pixels(static_cast<std::size_t>(kWindowWidth) * kWindowHeight * 4);
-    glReadPixels(0, 0, kWindowWidth, kWindowHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-    return pixels;
+    return WindowPixels();
   }
   static std::size_t Differing(const std::vector<unsigned char>& a, const std::vector<unsigned char>& b) {
     std::size_t n = 0;

@@ -1,6 +1,6 @@
 // Textures under a real driver: pictures from PNG, JPG and TGA files on a diffuse
-// textured quad, the 2D image's program, cube maps, bump maps and the
-// one-picture-for-all-submeshes load.
+// textured quad, 2D rectangles and images in screen pixels, cube maps, bump maps and
+// the one-picture-for-all-submeshes load.
 #include <algorithm>
 #include <filesystem>
 #include <tuple>
@@ -67,16 +67,36 @@ TEST_F(TexturesGL, PngJpgAndBothTgaOriginsShowUprightOnDiffuseTexturedQuads) {
   }
 }
 
-// The picture upright over the window and the rectangle's pixels are the script suite's
-// checks (test_textures.py); here the image's program and a screen of no size.
-TEST_F(TexturesGL, Draw2DImageTakesTheColourTextureProgramAndRectsNeedAScreen) {
+TEST_F(TexturesGL, Draw2DImageFillsTheWindowUprightAndDraw2DRectCoversItsPixels) {
   Quadrants(8)->save(dir.file("q.png"));
   auto image = MakeNode<Node>();
   {
     ConsoleCapture quiet;
     image->Draw2DImage(0, 0, kWindowWidth, kWindowHeight, dir.file("q.png"));
   }
+  image->OnLoad(scene);
   EXPECT_EQ(image->SubMeshFX.at(0), Program(Vorn_2DFX::FX_COLOR_TEXTURE));
+  ConsoleCapture console;
+  image->draw();
+  // No alpha mode on a 2D submesh: the draw prints its index.
+  EXPECT_EQ(console.lines(), std::vector<std::string>{"0"});
+  ExpectQuadrants(0, 0, kWindowWidth, kWindowHeight, 3, "2D image");
+
+  // A rectangle 100 x 50 pixels at (40, 30) from the top left, in its own colour.
+  auto rect = MakeNode<Node>();
+  {
+    ConsoleCapture quiet;
+    rect->Draw2DRect(40, 30, 100, 50, 1.0, 0.5, 0.0);
+  }
+  rect->OnLoad(scene);
+  glClear(GL_COLOR_BUFFER_BIT);
+  rect->draw();
+  for (const auto& [x, y, inside] : {std::tuple{41, 31, true}, {138, 78, true}, {38, 50, false}, {90, 82, false},
+                                     {142, 50, false}}) {
+    ExpectRGB(ScreenPixel(x, y), inside ? RGB{255, 128, 0} : RGB{0, 0, 0}, 2, std::to_string(x) + "," + std::to_string(y));
+  }
+
+  // A screen of no size cannot place a rectangle.
   SCREEN_WIDTH = 0;
   EXPECT_THROW(MakeNode<Node>()->Draw2DRect(0, 0, 1, 1), ZeroDivisionError);
 }

@@ -88,7 +88,9 @@ TEST(FbxMatrix, SetGetRowAndBoundsChecks) {
   m.SetIdentity();
   EXPECT_EQ(m, FbxMatrix());
 
-  EXPECT_EQ(FbxVector4(1, 2, 3, 4).at(-1), 4.0);
+  FbxVector4 v(1, 2, 3, 4);
+  EXPECT_EQ(v.at(-1), 4.0);
+  EXPECT_THROW(v.at(4), IndexError);
   // FbxMatrix(T, R, S) composes like FbxAMatrix(T, R, S).
   const FbxVector4 T(1, 2, 3, 0), R(10, 20, 30, 0), S(1, 2, 3, 1);
   EXPECT_EQ(FbxMatrix(T, R, S).Flatten(), FbxAMatrix(T, R, S).Flatten());

@@ -31,15 +31,21 @@ std::vector<const Node*> raw(const std::vector<Node::Ptr>& nodes) {
   return out;
 }
 
-// The first tags (the subclass label after construction, the base label under a loaded
-// parent) are the script suite's check (test_node.py); reloads and late children are not.
 TEST(GameNode, AutomaticTagsFollowTheConstructionOrder) {
   auto scene = std::make_shared<FakeScene>();
   auto root = MakeNode<LabelledNode>();
   EXPECT_FALSE(root->GetTag());
   root->OnLoad(scene);
+  EXPECT_EQ(*root->GetTag(), "3DBox_1");  // loaded after construction: the subclass label
+
+  // Built under a loaded parent: loaded inside the base constructor, base label.
   auto child = MakeNode<LabelledNode>(root);
+  EXPECT_EQ(child->GetNodeType(), "3DBox");
+  EXPECT_EQ(*child->GetTag(), "3DGameNode_2");
   EXPECT_EQ(child->GetNodeIndex(), 2);
+  EXPECT_EQ(child->GetParent(), root);
+  ASSERT_EQ(root->children.size(), 1u);
+  EXPECT_EQ(root->children[0], child);
 
   // A second load keeps tag and number; a tag set beforehand survives without a number.
   root->OnLoad(scene);

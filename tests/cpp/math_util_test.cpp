@@ -7,15 +7,19 @@
 namespace vorn {
 namespace {
 
-// Sums, differences, halves, cross and lerp in their text form, and division by zero,
-// are the script suite's cases (test_core.py).
 TEST(Vector3, OperatorsAndIntegerTextForm) {
   const Vector3 a(1, 2, 3, Vector3::kAllInt), b(1, 1, 1, Vector3::kAllInt);
+  EXPECT_EQ((a + b).str(), "2,3,4");
+  EXPECT_EQ((a - b).str(), "0,1,2");
   EXPECT_EQ((a * 2.0).str(), "2.0,4.0,6.0");
   EXPECT_EQ(a.mul_int(2).str(), "2,4,6");
+  EXPECT_EQ((a / 2.0).str(), "0.5,1.0,1.5");
   EXPECT_EQ((a + Vector3(0.5, 0, 0)).str(), "1.5,2.0,3.0");
+  EXPECT_EQ(Vector3().str(), "0,0,0");
+  EXPECT_THROW(a / 0.0, ZeroDivisionError);
   EXPECT_EQ(a.cross(b).str(), "-1,2,-1");
   EXPECT_EQ(a.dot(b), 6.0);
+  EXPECT_EQ(Vector3(0, 0, 0).lerp(Vector3(10, 20, 30), 0.25).str(), "2.5,5.0,7.5");
 }
 
 TEST(Vector3, NormalizeLeavesZeroAloneAndUnitOtherwise) {
@@ -44,9 +48,12 @@ TEST(Vector3, RotateAngleAxisKeepsItsSignConventions) {
 }
 
 TEST(MathUtil, ClampLerpAndRectangles) {
+  EXPECT_EQ(Clamp(5, 0, 1), 1);
   EXPECT_EQ(Clamp(-5, 0, 1), 0);
+  EXPECT_EQ(Clamp(0.5, 0.0, 1.0), 0.5);
   EXPECT_EQ(Lerp(2.0, 4.0, 0.25), 2.5);
   // The border counts as inside; top is the smaller y.
+  EXPECT_EQ(checkPtInRect(10, 20, 10, 30, 20, 40), 1);
   EXPECT_EQ(checkPtInRect(30, 40, 10, 30, 20, 40), 1);
   EXPECT_EQ(checkPtInRect(9.9, 25, 10, 30, 20, 40), 0);
   EXPECT_EQ(checkPtInRect(15, 40.1, 10, 30, 20, 40), 0);
@@ -78,7 +85,10 @@ TEST(MathUtil, IntersectTriangleIsTwoSidedAndRejectsDegenerateCases) {
   EXPECT_NEAR(back.second.z, 0.0, 1e-12);
   const auto behind = IntersectTriangle(Vector3(0.25, 0.25, -5), Vector3(0, 0, -1), V1, V2, V3);
   EXPECT_TRUE(behind.first);
-  // A ray in the triangle's plane is the script suite's case.
+  // A ray in the triangle's plane: Det is 0.
+  const auto in_plane = IntersectTriangle(Vector3(-1, 0.2, 0), Vector3(1, 0, 0), V1, V2, V3);
+  EXPECT_FALSE(in_plane.first);
+  EXPECT_EQ(in_plane.second.str(), "0,0,0");
   // Outside the triangle, and a triangle too small for the absolute threshold.
   EXPECT_FALSE(IntersectTriangle(Vector3(0.8, 0.8, 5), Vector3(0, 0, -1), V1, V2, V3).first);
   EXPECT_FALSE(IntersectTriangle(Vector3(0.001, 0.001, 5), Vector3(0, 0, -1), V1, Vector3(0.005, 0, 0),
@@ -98,6 +108,8 @@ TEST(MathUtil, Vec3MulMatrixTreatsInputAsPointAndDividesByW) {
   projective[15] = 2.0;
   projective[0] = projective[5] = projective[10] = 1.0;
   EXPECT_EQ(Vec3MulMatrix(Vector3(2, 4, 6), projective).str(), "1.0,2.0,3.0");
+  projective[15] = 0.0;
+  EXPECT_THROW(Vec3MulMatrix(Vector3(2, 4, 6), projective), ZeroDivisionError);
 }
 
 }  // namespace

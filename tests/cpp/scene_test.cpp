@@ -14,8 +14,12 @@ TEST(Scene, IdsFogRotationAndBuiltIns) {
   EXPECT_EQ(scene->GenNewGameNodeID(), 1);
   EXPECT_EQ(scene->GenNewGameNodeID(), 2);
 
-  // Disabling and enabling fog is the script suite's check (test_scene.py); a fog list a
-  // script emptied is not written to.
+  // Disabled fog reads as five zeros and keeps its values for the next EnableFog.
+  scene->SetSceneFog(1.0, 2.0, 0.1, 0.2, 0.3);
+  scene->DisableFog();
+  EXPECT_EQ(scene->GetSceneFog(), (std::array<double, 5>{}));
+  scene->EnableFog();
+  EXPECT_EQ(scene->GetSceneFog(), (std::array<double, 5>{1.0, 2.0, 0.1, 0.2, 0.3}));
   scene->SceneFog.clear();
   scene->SetSceneFogStart(5.0);  // nothing to change
   scene->SetSceneFogColor(0.4, 0.5, 0.6);
@@ -32,6 +36,8 @@ TEST(Scene, IdsFogRotationAndBuiltIns) {
   auto camera = std::dynamic_pointer_cast<Vorn_3DCamera>(scene->GetActiveCamera());
   ASSERT_TRUE(camera);
   EXPECT_EQ(camera->GetXYZ(), (std::array<double, 3>{0.0, 10.0, 10.0}));
+  ASSERT_EQ(scene->TextArray.size(), 2u);
+  EXPECT_EQ(scene->TextArray[1]->text, "Batch:0");
   EXPECT_EQ(scene->GetSSAOKernelCount(), 64);
 }
 

@@ -5,9 +5,7 @@
 #include "camera/camera.h"
 #include "core/errors.h"
 #include "core/gl_api.h"
-#include "core/screen_settings.h"
-#include "fake_scene.h"
-#include "gl_harness.h"
+#include "gl_scene.h"
 #include "overlay/axis.h"
 
 namespace vorn {
@@ -15,35 +13,21 @@ namespace {
 
 // An orthographic view of 32 by 24 world units on the 320 by 240 window, looking down
 // -z: one world unit is ten pixels, world +y is up the screen (window y down).
-class AxisGL : public test::GLTest {
+class AxisGL : public test::NodeGLTest {
  protected:
   void SetUp() override {
-    test::GLTest::SetUp();
+    NodeGLTest::SetUp();
     if (!HasContext()) return;
-    savedW_ = SCREEN_WIDTH, savedH_ = SCREEN_HEIGHT;
-    SCREEN_WIDTH = test::kWindowWidth, SCREEN_HEIGHT = test::kWindowHeight;
-    glViewport(0, 0, test::kWindowWidth, test::kWindowHeight);
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
     glOrtho(-16.0, 16.0, -12.0, 12.0, -100.0, 100.0);
     glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    scene = std::make_shared<test::FakeScene>();
     scene->activeCamera = MakeNode<Vorn_3DCamera>(0, 0, 10);
     node = MakeNode<Vorn_3DGameNode>();
     node->update(0.0);
     axis = MakeNode<Vorn_3DAxis>();
     axis->Binding(node);
     axis->SetType("t");
-  }
-  void TearDown() override {
-    if (HasContext()) {
-      SCREEN_WIDTH = savedW_, SCREEN_HEIGHT = savedH_;
-      glMatrixMode(GL_PROJECTION);
-      glLoadIdentity();
-      glMatrixMode(GL_MODELVIEW);
-    }
-    test::GLTest::TearDown();
   }
   // One drag step on a freshly placed node; returns how far the node moved.
   double Step(const char* picked, double ox, double oy, double ry = 0.0) {
@@ -61,10 +45,8 @@ class AxisGL : public test::GLTest {
     return rgb;
   }
 
-  std::shared_ptr<test::FakeScene> scene;
   std::shared_ptr<Vorn_3DGameNode> node;
   std::shared_ptr<Vorn_3DAxis> axis;
-  int savedW_ = 0, savedH_ = 0;
 };
 
 TEST_F(AxisGL, DragStepGrowsWithTheSquareOfTheOffsetAlongTheAxisOnScreen) {
@@ -108,11 +90,7 @@ TEST_F(AxisGL, DragStepGrowsWithTheSquareOfTheOffsetAlongTheAxisOnScreen) {
 
 TEST_F(AxisGL, DrawsTheArrowsOnTheBoundNodeInTheirColours) {
   node->SetXYZ(-5.0, 3.0, 0.0);
-  node->update(0.0);
-  glClearColor(0.0f, 0.0f, 0.0f, 1.0f);
-  glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
-  glDisable(GL_DEPTH_TEST);
-  glDisable(GL_CULL_FACE);
+  node->update(0.0);  // the fixture cleared the window to black, depth test off
 
   // Unbound: nothing.
   axis->Binding(nullptr);
@@ -133,7 +111,6 @@ TEST_F(AxisGL, DrawsTheArrowsOnTheBoundNodeInTheirColours) {
   axis->PickedAxis.emplace("x");
   axis->draw();
   EXPECT_EQ(Pixel(110 + 15, 90), (std::array<std::uint8_t, 3>{255, 255, 0}));
-  glEnable(GL_DEPTH_TEST);
 }
 
 }  // namespace

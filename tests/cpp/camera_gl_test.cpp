@@ -3,15 +3,12 @@
 
 #include "camera/camera.h"
 #include "core/gl_api.h"
-#include "core/screen_settings.h"
-#include "fake_scene.h"
-#include "gl_harness.h"
+#include "gl_scene.h"
 
 namespace vorn {
 namespace {
 
 using Camera = Vorn_3DCamera;
-using test::FakeScene;
 
 // Distance of point p from the line through o with unit direction d.
 double DistanceToRay(const Vector3& p, const Vector3& o, const Vector3& d) {
@@ -34,26 +31,17 @@ FloatList16 Mul(const FloatList16& a, const FloatList16& b) {
   return out;
 }
 
-class CameraGL : public test::GLTest {
+class CameraGL : public test::NodeGLTest {
  protected:
   void SetUp() override {
-    test::GLTest::SetUp();
+    NodeGLTest::SetUp();
     if (!HasContext()) return;
-    savedW_ = SCREEN_WIDTH, savedH_ = SCREEN_HEIGHT;
-    SCREEN_WIDTH = test::kWindowWidth, SCREEN_HEIGHT = test::kWindowHeight;
-    glViewport(0, 0, test::kWindowWidth, test::kWindowHeight);
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
     glMatrixMode(GL_MODELVIEW);
-    glLoadIdentity();
-    scene = std::make_shared<FakeScene>();
     cam = MakeNode<Camera>(0, 10, 10);
     cam->LookAt(0, 0, 0);
     cam->OnLoad(scene);
-  }
-  void TearDown() override {
-    if (HasContext()) SCREEN_WIDTH = savedW_, SCREEN_HEIGHT = savedH_;
-    test::GLTest::TearDown();
   }
   // The frame's part for the camera: update, then draw.
   void Frame() {
@@ -61,11 +49,7 @@ class CameraGL : public test::GLTest {
     cam->draw();
   }
 
-  std::shared_ptr<FakeScene> scene;
   std::shared_ptr<Camera> cam;
-
- private:
-  int savedW_ = 0, savedH_ = 0;
 };
 
 TEST_F(CameraGL, ActiveDrawLeavesProjectionTimesViewOnTheProjectionStack) {

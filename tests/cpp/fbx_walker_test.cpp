@@ -61,28 +61,20 @@ class FbxWalker : public ::testing::TestWithParam<std::string> {
 };
 fs::path FbxWalker::dir_;
 
-TEST_P(FbxWalker, OneSkinnedSubmeshNineBonesTwoActionsAndTheMaterialWalk) {
+// Submesh name, bone names, action names and the first action's timing are the script
+// suite's checks (test_fbx.py, on one format); here both formats.
+TEST_P(FbxWalker, OneSkinnedSubmeshWithItsAtlasAndTheGLBsTriangles) {
   std::vector<std::string> lines;
   const ModelPlan plan = ReadWalker(FbxPath(GetParam()), ModelSplit::PerMeshNode, &lines);
   ASSERT_EQ(plan.submeshes.size(), 1u);
   const ModelSubmeshPlan& body = plan.submeshes[0];
-  EXPECT_EQ(body.submeshName, "submesh_0");  // the mesh node comes first below the root
   EXPECT_TRUE(body.withSkin && body.withNormal && body.withTexUV);
-  EXPECT_EQ(body.clusters.size(), tools::WalkerBoneNames().size());
   EXPECT_EQ(body.vertices.size() % 15, 0u);
-  EXPECT_EQ(body.images.size(), 1u);  // the atlas travels inside the FBX file
+  ASSERT_EQ(body.images.size(), 1u);  // the atlas travels inside the FBX file
   EXPECT_EQ(body.images.at(0).width, 64);
   EXPECT_EQ(plan.actions.size(), 2u);
-  EXPECT_NE(plan.actions.find("Walk"), nullptr);
-  EXPECT_NE(plan.actions.find("Idle"), nullptr);
-  ASSERT_TRUE(plan.first.has_value());
-  EXPECT_GT(plan.first->duration, 0.5);
-  EXPECT_NEAR(plan.first->frameDelay * plan.tree->frameRate, 1.0, 1e-12);
   EXPECT_NE(std::find(lines.begin(), lines.end(), "All polygons share the same material on layer 0"), lines.end());
-
-  // The same triangles as the GLB: same count of corners, same set of positions.
-  const GlbModel glb = ReadWalkerGLB();
-  EXPECT_EQ(body.indices.size(), glb.submeshes.at(0).indices.size());
+  EXPECT_EQ(body.indices.size(), ReadWalkerGLB().submeshes.at(0).indices.size());
 }
 
 TEST_P(FbxWalker, BoneMatricesMatchTheGLBLoadAtTheKeyframeTimes) {

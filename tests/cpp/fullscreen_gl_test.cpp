@@ -2,10 +2,7 @@
 // under back-face culling, post-mode filters that step by texels, a camera's forced FX
 // pass without program listings, text after a multi-channel image, and the kernel.
 #include <cmath>
-#include <filesystem>
 #include <vector>
-
-#include <unistd.h>
 
 #include "camera/camera.h"
 #include "core/math_util.h"
@@ -19,26 +16,12 @@
 namespace vorn::test {
 namespace {
 
-// One resource manager for the process; its own program manager is put aside.
-const std::shared_ptr<PyGameResManager>& Resources() {
-  static const auto made = [] {
-    const auto dir = std::filesystem::temp_directory_path() / ("vorn_fullscreen_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir);
-    ConsoleCapture quiet;
-    const auto savedFX = FXManagerInstance;
-    auto resources = PyGameResManager::Create(dir.string());
-    FXManagerInstance = savedFX;
-    return resources;
-  }();
-  return made;
-}
-
 class FullscreenGL : public NodeGLTest {
  protected:
   void SetUp() override {
     NodeGLTest::SetUp();
     if (!HasContext()) return;
-    ResManagerInstance = Resources();
+    ResManagerInstance = SharedResources();
   }
 };
 
@@ -49,16 +32,9 @@ TEST_F(FullscreenGL, PostPassBlursAndCoversItsTargetWithCullingOn) {
   // A source texture with one white texel at (10, 10) of 32 x 32.
   std::vector<unsigned char> pixels(32 * 32 * 3, 0);
   for (int c = 0; c < 3; ++c) pixels[(10 * 32 + 10) * 3 + c] = 255;
-  GLuint source = 0;
-  glGenTextures(1, &source);
-  glBindTexture(GL_TEXTURE_2D, source);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 32, 32, 0, GL_RGB, GL_UNSIGNED_BYTE, pixels.data());
-  glBindTexture(GL_TEXTURE_2D, 0);
-  Resources()->AddDynamicTexture(source, 32, 32, "RGB", 24);
-  const unsigned target = Resources()->CreateRenderTargetTexture(32, 32);
+  const GLuint source = MakeTexture(32, 32, GL_RGB, pixels.data());
+  SharedResources()->AddDynamicTexture(source, 32, 32, "RGB", 24);
+  const unsigned target = SharedResources()->CreateRenderTargetTexture(32, 32);
 
   // The real scene draws the quad; culling of back faces is on as InitGL leaves it.
   auto sceneHolder = [] {
@@ -121,13 +97,8 @@ TEST_F(FullscreenGL, TextStaysVisibleAfterAnImageWithFourChannels) {
   // texturing on; the text drawn next must still show its colour.
   auto image = Quad(0, 0, 40, 40, Vorn_2DFX::FX_TEXTURE_BLEND, kUV);
   const std::vector<unsigned char> zeros(4 * 4 * 3, 0);
-  GLuint black = 0;
-  glGenTextures(1, &black);
-  glBindTexture(GL_TEXTURE_2D, black);
-  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-  glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, 4, 4, 0, GL_RGB, GL_UNSIGNED_BYTE, zeros.data());
-  glBindTexture(GL_TEXTURE_2D, 0);
-  Resources()->AddDynamicTexture(black, 4, 4, "RGB", 24);
+  const GLuint black = MakeTexture(4, 4, GL_RGB, zeros.data());
+  SharedResources()->AddDynamicTexture(black, 4, 4, "RGB", 24);
   for (int channel = 0; channel < 4; ++channel) image->SetDynamicTextureID(black, channel);
   auto label = std::make_shared<Vorn_Text>(50, 10, "MMMM");
   label->SetColor(0.0, 1.0, 0.0);

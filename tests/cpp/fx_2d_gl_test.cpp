@@ -34,11 +34,7 @@ class Fx2DDraw : public GLTest {
     glClear(GL_COLOR_BUFFER_BIT);
     if (texture_) glDeleteTextures(1, &texture_);
     const GLuint program = Program(fxid);
-    glGenTextures(1, &texture_);
-    glBindTexture(GL_TEXTURE_2D, texture_);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
-    glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
-    glTexImage2D(GL_TEXTURE_2D, 0, GL_RGBA, 1, 1, 0, GL_RGBA, GL_UNSIGNED_BYTE, rgba.data());
+    texture_ = MakeTexture(1, 1, GL_RGBA, rgba.data());
     glUseProgram(program);
     for (int unit = 0; unit < 4; ++unit) {
       glActiveTexture(GL_TEXTURE0 + unit);

@@ -1,9 +1,9 @@
 #pragma once
 // One GLUT window per test process, created on first use under the display that
 // scripts/test provides (Xvfb with Mesa llvmpipe). GL tests derive from GLTest, which
-// fails a test that leaves a GL error behind unless the test expects one. Without a
-// context (skipped, or failed under VORN_REQUIRE_GL) a fixture makes no GL call at all,
-// in SetUp or TearDown: derived fixtures test HasContext(), not IsSkipped().
+// fails a test that leaves a GL error behind. Without a context (skipped, or failed
+// under VORN_REQUIRE_GL) a fixture makes no GL call at all, in SetUp or TearDown:
+// derived fixtures test HasContext(), not IsSkipped().
 #include <epoxy/gl.h>
 #include <gtest/gtest.h>
 
@@ -32,21 +32,15 @@ class GLTest : public ::testing::Test {
   }
   void TearDown() override {
     if (!has_context_) return;
-    const GLenum error = glGetError();
-    if (!expect_gl_error_) {
-      EXPECT_EQ(error, static_cast<GLenum>(GL_NO_ERROR)) << "GL error left by the test";
-    }
+    EXPECT_EQ(glGetError(), static_cast<GLenum>(GL_NO_ERROR)) << "GL error left by the test";
     while (glGetError() != GL_NO_ERROR) {
     }
   }
-  // A test that provokes a GL error on purpose calls this.
-  void ExpectGLError() { expect_gl_error_ = true; }
   // True once SetUp made the context current; false when the test was skipped or failed.
   bool HasContext() const { return has_context_; }
 
  private:
   bool has_context_ = false;
-  bool expect_gl_error_ = false;
 };
 
 }  // namespace vorn::test

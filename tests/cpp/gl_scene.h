@@ -1,11 +1,15 @@
 #pragma once
 // Shared set-up of the GL tests that draw nodes: one program manager for the process,
 // the screen constants at the window's size, a fake scene, world units as window pixels,
-// a quad builder and pixel reads.
+// a quad builder and pixel reads; one resource manager for the tests that need one.
 #include <array>
+#include <filesystem>
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
+
+#include <unistd.h>
 
 #include "console_capture.h"
 #include "core/screen_settings.h"
@@ -13,7 +17,6 @@
 #include "gl_harness.h"
 #include "node/game_node.h"
 #include "resource/res_manager.h"
-#include "shader/fx_manage.h"
 #include "shader/fx_manage.h"
 
 namespace vorn::test {
@@ -27,6 +30,21 @@ inline const std::shared_ptr<Vorn_FXManage>& SharedFXManager() {
   return manager;
 }
 
+// One resource manager for the process, in a folder of its own; the program manager it
+// makes is put aside for the shared one.
+inline const std::shared_ptr<PyGameResManager>& SharedResources() {
+  static const std::shared_ptr<PyGameResManager> made = [] {
+    const auto dir = std::filesystem::temp_directory_path() / ("vorn_gl_resources_" + std::to_string(::getpid()));
+    std::filesystem::create_directories(dir);
+    ConsoleCapture quiet;
+    const auto savedFX = FXManagerInstance;
+    auto resources = PyGameResManager::Create(dir.string());
+    FXManagerInstance = savedFX;
+    return resources;
+  }();
+  return made;
+}
+
 inline unsigned Program(int fxid) { return *SharedFXManager()->GetShader(fxid); }
 
 using RGBA = std::array<int, 4>;
@@ -36,6 +54,31 @@ inline RGBA Pixel(int x, int y) {
   unsigned char p[4] = {0, 0, 0, 0};
   glReadPixels(x, y, 1, 1, GL_RGBA, GL_UNSIGNED_BYTE, p);
   return {p[0], p[1], p[2], p[3]};
+}
+
+// The whole window as RGBA, rows from the bottom.
+inline std::vector<unsigned char> WindowPixels() {
+  std::vector<unsigned char> pixels(static_cast<std::size_t>(kWindowWidth) * kWindowHeight * 4);
+  glReadPixels(0, 0, kWindowWidth, kWindowHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
+  return pixels;
+}
+
+// A texture of w x h tightly packed texels with nearest filtering; the binding and the
+// unpack alignment are left as they were.
+inline GLuint MakeTexture(int w, int h, GLenum format, const void* texels) {
+  GLint alignment = 4, bound = 0;
+  glGetIntegerv(GL_UNPACK_ALIGNMENT, &alignment);
+  glGetIntegerv(GL_TEXTURE_BINDING_2D, &bound);
+  GLuint tex = 0;
+  glGenTextures(1, &tex);
+  glBindTexture(GL_TEXTURE_2D, tex);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MIN_FILTER, GL_NEAREST);
+  glTexParameteri(GL_TEXTURE_2D, GL_TEXTURE_MAG_FILTER, GL_NEAREST);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, 1);
+  glTexImage2D(GL_TEXTURE_2D, 0, static_cast<GLint>(format), w, h, 0, format, GL_UNSIGNED_BYTE, texels);
+  glPixelStorei(GL_UNPACK_ALIGNMENT, alignment);
+  glBindTexture(GL_TEXTURE_2D, static_cast<GLuint>(bound));
+  return tex;
 }
 
 // The first three components of `got` within `tol` of `want`.

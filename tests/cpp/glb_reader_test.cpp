@@ -28,6 +28,18 @@ bool HasLine(const ConsoleCapture& out, const std::string& line) {
   return std::find(out.lines().begin(), out.lines().end(), line) != out.lines().end();
 }
 
+// A diffuse texture whose image is the bufferView at `offset` of `length` bytes, behind
+// the given materials.
+void AddImage(Doc& d, long long offset, long long length, GlbJson materials = GlbJson::array()) {
+  d.json["bufferViews"].push_back({{"byteOffset", offset}, {"byteLength", length}});
+  d.json["images"] = GlbJson::array({{{"bufferView", d.json["bufferViews"].size() - 1}}});
+  d.json["samplers"] = GlbJson::array({{{"magFilter", 9729}}});
+  d.json["textures"] = GlbJson::array({{{"source", 0}, {"sampler", 0}}});
+  materials.push_back(
+      {{"extensions", {{"KHR_materials_pbrSpecularGlossiness", {{"diffuseTexture", {{"index", 0}}}}}}}});
+  d.json["materials"] = materials;
+}
+
 TEST(GlbFile, ComponentTablesAndPackedAccessors) {
   EXPECT_EQ(GetComponentTypeByte(5121), 1);
   EXPECT_EQ(GetComponentTypeByte(5123), 2);
@@ -128,15 +140,10 @@ TEST(GlbReader, MaterialImageFromTheBinChunk) {
   Doc d = Triangle(false);
   Image picture(Image::Mode::RGBA, 2, 3, {{10, 20, 30, 40}, 4});
   const Bytes png = EncodePNG(picture);
-  const std::size_t at = d.bin.U8(png);
-  // Image offsets count from the BIN chunk header, 8 bytes before the data.
-  d.json["bufferViews"].push_back({{"byteOffset", at}, {"byteLength", png.size() + 8}});
-  d.json["images"] = GlbJson::array({{{"bufferView", d.json["bufferViews"].size() - 1}}});
-  d.json["samplers"] = GlbJson::array({{{"magFilter", 9729}}});
-  d.json["textures"] = GlbJson::array({{{"source", 0}, {"sampler", 0}}});
-  d.json["materials"] = GlbJson::array(
-      {{{"name", "plain"}},  // no texture: adds no image, so numbers after it shift
-       {{"extensions", {{"KHR_materials_pbrSpecularGlossiness", {{"diffuseTexture", {{"index", 0}}}}}}}}});
+  // Image offsets count from the BIN chunk header, 8 bytes before the data. The plain
+  // material first adds no image, so numbers after it shift.
+  AddImage(d, static_cast<long long>(d.bin.U8(png)), static_cast<long long>(png.size() + 8),
+           GlbJson::array({{{"name", "plain"}}}));
   d.json["meshes"][0]["primitives"][0]["material"] = 0;
   ConsoleCapture out;
   const auto model = ReadGLB("img.glb", d.file());
@@ -233,24 +240,9 @@ TEST(GlbReader, MalformedFiles) {
          "must be an integer");
   expect("short texture coordinates", withDoc([](Doc& d) { d.json["accessors"][2]["count"] = 2; }), IndexError{""},
          "TEXCOORD_0");
-  expect("image not PNG", withDoc([](Doc& d) {
-           const std::size_t at = d.bin.U8(Bytes(64, 'x'));
-           d.json["bufferViews"].push_back({{"byteOffset", at}, {"byteLength", 72}});
-           d.json["images"] = GlbJson::array({{{"bufferView", d.json["bufferViews"].size() - 1}}});
-           d.json["samplers"] = GlbJson::array({GlbJson::object()});
-           d.json["textures"] = GlbJson::array({{{"source", 0}, {"sampler", 0}}});
-           d.json["materials"] = GlbJson::array(
-               {{{"extensions", {{"KHR_materials_pbrSpecularGlossiness", {{"diffuseTexture", {{"index", 0}}}}}}}}});
-         }),
+  expect("image not PNG", withDoc([](Doc& d) { AddImage(d, static_cast<long long>(d.bin.U8(Bytes(64, 'x'))), 72); }),
          ValueError{""}, "not a PNG");
-  expect("image past the end", withDoc([](Doc& d) {
-           d.json["bufferViews"].push_back({{"byteOffset", 1'000'000'000'000LL}, {"byteLength", 1'000'000'000LL}});
-           d.json["images"] = GlbJson::array({{{"bufferView", d.json["bufferViews"].size() - 1}}});
-           d.json["samplers"] = GlbJson::array({GlbJson::object()});
-           d.json["textures"] = GlbJson::array({{{"source", 0}, {"sampler", 0}}});
-           d.json["materials"] = GlbJson::array(
-               {{{"extensions", {{"KHR_materials_pbrSpecularGlossiness", {{"diffuseTexture", {{"index", 0}}}}}}}}});
-         }),
+  expect("image past the end", withDoc([](Doc& d) { AddImage(d, 1'000'000'000'000LL, 1'000'000'000LL); }),
          ValueError{""}, "the file has 0 left");
   expect("standard base colour member", withDoc([](Doc& d) {
            d.json["materials"] = GlbJson::array({{{"pbrMetallicRoughness", {{"baseColorTexture", {{"index", 0}}}}}}});

@@ -134,40 +134,31 @@ TEST_F(GrassGL, EveryBladeIsAColumnOfQuadsWithinTheDisc) {
   for (const auto& uv : grass->VertexArray_UV.at(0)) EXPECT_TRUE(std::isfinite(uv[1]));
 }
 
-TEST_F(GrassGL, SeedRandomRepeatsAPatch) {
+// The same seed repeating a patch is the script suite's check; another seed must differ.
+TEST_F(GrassGL, AnotherSeedMakesAnotherPatch) {
   if (!HasContext()) return;
   const GrassArgs args{2.0, 3500, 0.4, 0.6, 0.3, 0.6, 0.2};
   SeedRandom(42);
   auto first = MakeGrass(args);
-  SeedRandom(42);
-  auto again = MakeGrass(args);
   SeedRandom(43);
   auto other = MakeGrass(args);
-  for (int s : {0, 1}) {
-    EXPECT_EQ(first->VertexArray_Positon.at(s), again->VertexArray_Positon.at(s)) << s;
-    EXPECT_EQ(first->VertexArray_UV.at(s), again->VertexArray_UV.at(s)) << s;
-    EXPECT_NE(first->VertexArray_Positon.at(s), other->VertexArray_Positon.at(s)) << s;
-  }
+  for (int s : {0, 1}) EXPECT_NE(first->VertexArray_Positon.at(s), other->VertexArray_Positon.at(s)) << s;
 }
 
 TEST_F(GrassGL, RefusedArgumentsMakeNoSubmesh) {
   if (!HasContext()) return;
-  const double nan = std::numeric_limits<double>::quiet_NaN();
   const double inf = std::numeric_limits<double>::infinity();
   const struct {
     const char* name;
     GrassArgs args;
     const char* message;
   } cases[] = {
-      {"subsectionH above maxH", {2.0, 50, 0.4, 0.6, 0.3, 0.6, 0.7}, "subsectionH must be above 0 and at most maxH"},
-      {"subsectionH zero", {2.0, 50, 0.4, 0.6, 0.3, 0.6, 0.0}, "subsectionH must be above 0"},
+      // subsectionH above maxH or 0, negative density, NaN radius, negative minH and too
+      // many blades are the script suite's cases (test_water_grass.py).
       {"subsectionH negative", {2.0, 50, 0.4, 0.6, 0.3, 0.6, -0.2}, "subsectionH must be above 0"},
-      {"negative density", {2.0, -1, 0.4, 0.6, 0.3, 0.6, 0.2}, "density must be 0 or more, not -1.0"},
       {"negative width", {2.0, 50, -0.4, 0.6, 0.3, 0.6, 0.2}, "minW must be 0 or more"},
       {"negative height", {2.0, 50, 0.4, 0.6, 0.3, -0.6, 0.2}, "maxH must be 0 or more"},
-      {"radius not a number", {nan, 50, 0.4, 0.6, 0.3, 0.6, 0.2}, "radius must be a finite number, not nan"},
       {"infinite density", {2.0, inf, 0.4, 0.6, 0.3, 0.6, 0.2}, "density must be a finite number, not inf"},
-      {"too many blades", {2.0, 1e9, 0.4, 0.6, 0.3, 0.6, 0.2}, "would make more than 4194304 vertices"},
       {"too many sections", {2.0, 50, 0.4, 0.6, 0.3, 0.6, 1e-6}, "would make more than 4194304 vertices"},
   };
   for (const auto& c : cases) {
@@ -253,9 +244,7 @@ class GrassSwingGL : public GrassGL {
     scene->currTime = t;
     glClear(GL_COLOR_BUFFER_BIT);
     node.draw();
-    std::vector<unsigned char> pixels(static_cast<std::size_t>(kWindowWidth) * kWindowHeight * 4);
-    glReadPixels(0, 0, kWindowWidth, kWindowHeight, GL_RGBA, GL_UNSIGNED_BYTE, pixels.data());
-    return pixels;
+    return WindowPixels();
   }
 };
 

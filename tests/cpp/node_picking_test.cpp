@@ -1,5 +1,5 @@
-// Node picking: the ray test, its agreement with a plain walk, the pick event of the
-// draw, and the picks of the box, the plane and the draw node through the node.
+// Node picking: the ray test, its agreement with a plain walk, and the picks of the box,
+// the plane and the draw node through the node (the pick event is the script suite's).
 #include <gtest/gtest.h>
 
 #include <random>
@@ -7,7 +7,6 @@
 
 #include "core/errors.h"
 #include "core/math_util.h"
-#include "fake_scene.h"
 #include "landscape/plane.h"
 #include "node/game_node.h"
 #include "shapes/box.h"
@@ -16,8 +15,6 @@
 
 namespace vorn {
 namespace {
-
-using test::PickScene;
 
 const Vector3 kDown(0.0, -1.0, 0.0);
 
@@ -130,26 +127,6 @@ TEST(NodePicking, AgreesWithThePlainWalkForRandomRays) {
   }
   EXPECT_GT(hits, 300);
   EXPECT_LT(hits, 1700);
-}
-
-TEST(NodePicking, PickEventSelectsAndCallsBack) {
-  auto scene = std::make_shared<PickScene>();
-  auto n = stacked_node();
-  n->OnLoad(scene);
-  n->update(0.0);
-  std::vector<Vector3> calls;
-  n->SetPickDownFunction({[&](Vorn_3DGameNode& self, const PickDetail& d) {
-                            EXPECT_EQ(&self, n.get());
-                            calls.push_back(d.position);
-                          },
-                          {}});
-  scene->rayPt = Vector3(0.2, 5.0, 0.1);
-  scene->rayDir = kDown;
-  n->draw_picktriangle();
-  ASSERT_EQ(scene->selected.size(), 1u);
-  EXPECT_EQ(scene->selected[0], n.get());
-  ASSERT_EQ(calls.size(), 1u);
-  EXPECT_DOUBLE_EQ(calls[0].x, 0.2);
 }
 
 TEST(NodePicking, BoxPlaneAndDrawNodeAnswerThroughTheNode) {

@@ -1,12 +1,9 @@
 // Generated textures and render targets under a real driver: the resource manager's
 // targets and noise texture, a node drawing into a target, and a camera rendering the
 // scene's objects into its colour and depth targets (read back with glGetTexImage).
-#include <filesystem>
 #include <functional>
 #include <tuple>
 #include <vector>
-
-#include <unistd.h>
 
 #include "camera/camera.h"
 #include "core/errors.h"
@@ -20,20 +17,6 @@ namespace {
 using Camera = Vorn_3DCamera;
 using Node = Vorn_3DGameNode;
 using RGB = std::array<int, 3>;
-
-// One resource manager for the process; its own program manager is put aside for the shared one.
-const std::shared_ptr<PyGameResManager>& Resources() {
-  static const auto made = [] {
-    const auto dir = std::filesystem::temp_directory_path() / ("vorn_render_targets_" + std::to_string(::getpid()));
-    std::filesystem::create_directories(dir);
-    ConsoleCapture quiet;
-    const auto savedFX = FXManagerInstance;
-    auto resources = PyGameResManager::Create(dir.string());
-    FXManagerInstance = savedFX;
-    return resources;
-  }();
-  return made;
-}
 
 // A texture read back as RGBA, rows from the bottom as GL stores them.
 struct TexImage {
@@ -81,7 +64,7 @@ class RenderTargetsGL : public NodeGLTest {
   void SetUp() override {
     NodeGLTest::SetUp();
     if (!HasContext()) return;
-    ResManagerInstance = Resources();
+    ResManagerInstance = SharedResources();
     DEBUG_MODE = false;
   }
 

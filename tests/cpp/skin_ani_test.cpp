@@ -127,10 +127,6 @@ TEST(SkinSubMeshAniData, StartsAsSixtyFourIdentityBonesAndReturnsThemUnchanged) 
   }
   EXPECT_EQ(&data.GetFinalBoneMatrixByTime(3.0), &data.FinalShaderMatrixArray);
   EXPECT_TRUE(data.FinalBoneXYZArray.empty());
-
-  const FbxAMatrix moved({1, 2, 3, 0}, {0, 0, 0, 0}, {1, 1, 1, 1});
-  data.SetSubMeshMatrix(moved);
-  EXPECT_EQ(data.SubMeshMatrix, moved);
 }
 
 TEST(SkinSubMeshAniGlb, LastKeyframeReachedAppliesWithParentsAtTheSameIndex) {

@@ -124,14 +124,7 @@ TEST(TerrainFiles, BlendRecordGivesNamesAndDensities) {
   EXPECT_EQ(record.ImageFileNames[3], "a.dds.dds.JPG");
   EXPECT_EQ(record.ImageFileNames[4], "");
   EXPECT_EQ(record.Densities, (std::array<double, 5>{1.0, 0.25, 8.0, -2.0, 0.0}));
-
-  bytes.resize(339);
-  try {
-    ParseBlendRecord(bytes, "b.ter");
-    ADD_FAILURE() << "a short record was read";
-  } catch (const ValueError& e) {
-    EXPECT_STREQ(e.what(), "'b.ter': a blend record is 340 bytes, the file has 339");
-  }
+  // A short record is the script suite's case (test_terrain.py), message and all.
 }
 
 }  // namespace

@@ -2,7 +2,7 @@
 #include <vector>
 
 #include "core/screen_settings.h"
-#include "gl_harness.h"
+#include "gl_scene.h"
 #include "overlay/text.h"
 
 namespace vorn {
@@ -27,9 +27,7 @@ class TextGL : public test::GLTest {
   // Pixels of the window, rows from the top.
   std::vector<unsigned char> Read() {
     glFinish();
-    std::vector<unsigned char> rgba(test::kWindowWidth * test::kWindowHeight * 4);
-    glReadPixels(0, 0, test::kWindowWidth, test::kWindowHeight, GL_RGBA, GL_UNSIGNED_BYTE, rgba.data());
-    return rgba;
+    return test::WindowPixels();
   }
   // Bounding box of pixels matching a colour, in top-left window coordinates.
   struct Box {

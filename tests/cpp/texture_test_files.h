@@ -11,7 +11,6 @@
 #include "image_test_files.h"
 #include "resource/image.h"
 #include "resource/res_manager.h"
-#include "resource/res_manager.h"
 
 namespace vorn::test {
 

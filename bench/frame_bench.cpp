@@ -4,7 +4,9 @@
 // Two raw baselines, with locations, matrices and texts prepared beforehand:
 //   BM_RawFrame_SameCalls     the calls an uncached node draw issues, per node;
 //   BM_RawFrame_FewestCalls   the fewest calls for the same picture (one program bind,
-//                             then matrix, colour, buffers and draw per node).
+//                             then matrix, colour, buffers and draw per node);
+//   BM_RawFrame_NoUniformChanges  the same without the per-node matrix and colour (not
+//                             the same picture): the driver's price of uniform changes.
 // A third scene adds a 128 by 128 plane and 500 spheres to the 1,000 quads.
 // Needs a display (Xvfb is fine). Times are wall-clock (llvmpipe rasterises on other
 // threads until glFinish); the ratios printed at the end use the medians of repetitions,
@@ -134,6 +136,16 @@ void BM_RawFrame_FewestCalls(benchmark::State& state) {
 }
 BENCHMARK(BM_RawFrame_FewestCalls)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond)->UseRealTime();
 
+// Not the same picture: the fewest calls with one matrix and colour for all quads. Its
+// distance to BM_RawFrame_FewestCalls is what the driver charges for per-node uniform
+// changes, which no engine drawing these nodes one by one can avoid.
+void BM_RawFrame_NoUniformChanges(benchmark::State& state) {
+  const auto raw = RawNodes(static_cast<int>(state.range(0)));
+  for (auto _ : state) RawFrame([&] { raw.DrawFewestCalls(false); });
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_RawFrame_NoUniformChanges)->Arg(1000)->Arg(10000)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
 // Keeps the wall time per iteration of each benchmark (the median of repetitions when
 // there are some) for the ratio lines.
 class RatioReporter : public benchmark::ConsoleReporter {
@@ -190,10 +202,16 @@ int main(int argc, char** argv) {
     const double engine = reporter.time("BM_DrawScene_Quads" + suffix);
     const double same = reporter.time("BM_RawFrame_SameCalls" + suffix);
     const double fewest = reporter.time("BM_RawFrame_FewestCalls" + suffix);
+    const double still = reporter.time("BM_RawFrame_NoUniformChanges" + suffix);
     if (engine > 0 && fewest > 0) {
       std::printf("%s nodes: DrawScene %.0f us, raw same calls %.0f us, raw fewest calls %.0f us; "
                   "DrawScene / fewest calls %.2f, DrawScene / same calls %.2f\n",
                   count, engine, same, fewest, engine / fewest, same > 0 ? engine / same : 0.0);
+    }
+    if (fewest > 0 && still > 0) {
+      std::printf("%s nodes: raw fewest calls without per-node uniform changes %.0f us: the driver's share of "
+                  "the uniform changes %.0f%%\n",
+                  count, still, 100.0 * (fewest - still) / fewest);
     }
   }
   vorn::console::set_sink(quiet);

@@ -8,6 +8,9 @@
 //   DrawFewestCalls  the fewest calls that draw the same picture: the program, the
 //                    shared uniforms and the state once, then per node its matrix and
 //                    colour, its buffers, the arrays and the draw.
+//   DrawFewestCalls(false)  the same calls without the per-node matrix and colour: a
+//                    different picture (every quad with the first one's), kept to show
+//                    what the driver charges for a draw whose uniforms changed.
 #include <array>
 #include <vector>
 
@@ -63,15 +66,21 @@ class RawDiffuseNodes {
     }
   }
 
-  void DrawFewestCalls() const {
+  void DrawFewestCalls(bool perNodeUniforms = true) const {
     glUseProgram(program_);
     glUniform3fv(uAmbient_, 1, ambient_.data());
     glUniform3fv(uSun_, 2, sun_.data());
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     glDisable(GL_CULL_FACE);
+    if (!perNodeUniforms && !nodes_.empty()) {
+      glUniformMatrix4fv(uModel_, 1, GL_FALSE, nodes_.front().model.data());
+      glUniform4fv(uColour_, 1, nodes_.front().colour.data());
+    }
     for (const Node& r : nodes_) {
-      glUniformMatrix4fv(uModel_, 1, GL_FALSE, r.model.data());
-      glUniform4fv(uColour_, 1, r.colour.data());
+      if (perNodeUniforms) {
+        glUniformMatrix4fv(uModel_, 1, GL_FALSE, r.model.data());
+        glUniform4fv(uColour_, 1, r.colour.data());
+      }
       glBindBuffer(GL_ARRAY_BUFFER, r.vbo);
       glInterleavedArrays(GL_N3F_V3F, 0, nullptr);
       glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, r.ibo);

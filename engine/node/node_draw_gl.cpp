@@ -74,6 +74,8 @@ void upload_texture(TextureInfo& rec, int submeshIndex, bool withFX) {
 std::vector<float> densities;
 
 void bind_textures(Vorn_3DGameNode& n, std::vector<TextureInfo>& records, int submeshIndex) {
+  // An empty entry binds nothing: unit 0 keeps what the cache knows of it.
+  if (records.empty()) return;
   gl_state::drawCache.unit0Unbound = false;
   if (!n.CurrSubMeshFX) {
     for (TextureInfo& rec : records) {
@@ -92,7 +94,6 @@ void bind_textures(Vorn_3DGameNode& n, std::vector<TextureInfo>& records, int su
     glBindTexture(rec.Format == "CUBE" ? GL_TEXTURE_CUBE_MAP : GL_TEXTURE_2D, rec.texID);
     SetSamplerUnit(u, SamplerLocation(u, rec.channel), rec.channel);
   }
-  if (records.empty()) return;
   // Each record would set these in turn; the last one's size is what stays.
   if (u.uTexSize >= 0) {
     const float size[2] = {static_cast<float>(records.back().width), static_cast<float>(records.back().height)};

@@ -18,8 +18,8 @@ namespace {
 using Node = Vorn_3DGameNode;
 using NodeDrawCacheGL = NodeGLTest;
 
-// What one draw call sees: the program, every value of its active uniforms, and the
-// fixed-function state a node draw sets.
+// What one draw call sees: the program, every value of its active uniforms, the texture
+// bound on the active unit, and the fixed-function state a node draw sets.
 std::vector<float> Snapshot() {
   std::vector<float> out;
   GLint program = 0;
@@ -55,6 +55,10 @@ std::vector<float> Snapshot() {
   glGetIntegerv(GL_POLYGON_MODE, modes);
   GLint front = 0;
   glGetIntegerv(GL_FRONT_FACE, &front);
+  GLint unit = 0, texture = 0;
+  glGetIntegerv(GL_ACTIVE_TEXTURE, &unit);
+  glGetIntegerv(GL_TEXTURE_BINDING_2D, &texture);
+  out.insert(out.end(), {static_cast<float>(unit), static_cast<float>(texture)});
   float modelview[16];
   glGetFloatv(GL_MODELVIEW_MATRIX, modelview);
   out.insert(out.end(), {static_cast<float>(modes[0]), static_cast<float>(modes[1]), static_cast<float>(front),
@@ -117,6 +121,10 @@ TEST_F(NodeDrawCacheGL, RunsDrawTheSameWithAndWithoutTheCache) {
   auto textured = Quad(160, 10, 25, 25, Vorn_3DFX::FX_TEXTURE, kUV);
   textured->LoadSubMeshTextureFromImage(0, 0, std::make_shared<std::vector<std::uint8_t>>(12, 200), "RGB", 2, 2);
   nodes.push_back(textured);
+  // The same texture drawn without a program, by the fixed-function path.
+  auto unshadedTextured = Quad(40, 90, 25, 25, std::nullopt, kUV);
+  unshadedTextured->LoadSubMeshTextureFromImage(0, 0, std::make_shared<std::vector<std::uint8_t>>(12, 90), "RGB", 2, 2);
+  nodes.push_back(unshadedTextured);
   nodes.push_back(Quad(190, 10, 25, 25, Vorn_3DFX::FX_DIFFUSE));
   nodes.back()->SetWireFrameMode(true);
   nodes.push_back(Quad(220, 10, 25, 25, Vorn_3DFX::FX_DIFFUSE));

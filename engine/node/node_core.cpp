@@ -99,7 +99,7 @@ void Vorn_3DGameNode::update(double delay) {
   // script code is held while it updates, since a script may take it out of the list
   // meanwhile. Nodes lie apart in memory: the fields of the children a few places
   // ahead load while this one updates.
-  constexpr std::size_t kAhead = 4;
+  constexpr std::size_t kAhead = 8;
   for (std::size_t i = 0; i < kAhead && i < children.size(); ++i) {
     if (const Vorn_3DGameNode* next = children[i].get()) next->PrefetchUpdateFields();
   }

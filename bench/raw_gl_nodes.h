@@ -46,18 +46,14 @@ class RawDiffuseNodes {
     for (const Node& r : nodes_) {
       glPushMatrix();
       glUseProgram(program_);
-      glUniformMatrix4fv(uModel_, 1, GL_FALSE, r.model.data());
-      glUniform4fv(uColour_, 1, r.colour.data());
+      SendNodeUniforms(r);
       glUniform3fv(uAmbient_, 1, ambient_.data());
       glUniform3fv(uSun_, 2, sun_.data());
       glEnable(GL_TEXTURE_2D);
       glPolygonMode(GL_FRONT, GL_FILL);
       glPolygonMode(GL_BACK, GL_FILL);
       glDisable(GL_CULL_FACE);
-      glBindBuffer(GL_ARRAY_BUFFER, r.vbo);
-      glInterleavedArrays(GL_N3F_V3F, 0, nullptr);
-      glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, r.ibo);
-      glDrawElements(GL_TRIANGLES, r.count, GL_UNSIGNED_SHORT, nullptr);
+      DrawBuffers(r);
       glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
       glBindBuffer(GL_ARRAY_BUFFER, 0);
       glBindTexture(GL_TEXTURE_2D, 0);
@@ -72,19 +68,10 @@ class RawDiffuseNodes {
     glUniform3fv(uSun_, 2, sun_.data());
     glPolygonMode(GL_FRONT_AND_BACK, GL_FILL);
     glDisable(GL_CULL_FACE);
-    if (!perNodeUniforms && !nodes_.empty()) {
-      glUniformMatrix4fv(uModel_, 1, GL_FALSE, nodes_.front().model.data());
-      glUniform4fv(uColour_, 1, nodes_.front().colour.data());
-    }
+    if (!perNodeUniforms && !nodes_.empty()) SendNodeUniforms(nodes_.front());
     for (const Node& r : nodes_) {
-      if (perNodeUniforms) {
-        glUniformMatrix4fv(uModel_, 1, GL_FALSE, r.model.data());
-        glUniform4fv(uColour_, 1, r.colour.data());
-      }
-      glBindBuffer(GL_ARRAY_BUFFER, r.vbo);
-      glInterleavedArrays(GL_N3F_V3F, 0, nullptr);
-      glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, r.ibo);
-      glDrawElements(GL_TRIANGLES, r.count, GL_UNSIGNED_SHORT, nullptr);
+      if (perNodeUniforms) SendNodeUniforms(r);
+      DrawBuffers(r);
     }
     glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, 0);
     glBindBuffer(GL_ARRAY_BUFFER, 0);
@@ -100,6 +87,17 @@ class RawDiffuseNodes {
     GLuint vbo, ibo;
     GLsizei count;
   };
+  void SendNodeUniforms(const Node& r) const {
+    glUniformMatrix4fv(uModel_, 1, GL_FALSE, r.model.data());
+    glUniform4fv(uColour_, 1, r.colour.data());
+  }
+  static void DrawBuffers(const Node& r) {
+    glBindBuffer(GL_ARRAY_BUFFER, r.vbo);
+    glInterleavedArrays(GL_N3F_V3F, 0, nullptr);
+    glBindBuffer(GL_ELEMENT_ARRAY_BUFFER, r.ibo);
+    glDrawElements(GL_TRIANGLES, r.count, GL_UNSIGNED_SHORT, nullptr);
+  }
+
   std::vector<Node> nodes_;
   std::array<float, 3> ambient_;
   std::array<float, 6> sun_;

@@ -45,6 +45,7 @@
 #include "node/node_list.h"
 #include "node/node_scene.h"
 #include "node/node_types.h"
+#include "node/submesh_lookup.h"
 #include "node/vertex_bone_sort.h"
 
 namespace vorn {
@@ -194,6 +195,8 @@ class Vorn_3DGameNode : public ActionTarget,
   void PrefetchDrawFields() const noexcept;
   void PrefetchDrawEntries() const noexcept;
   void PrefetchDrawBuffers() const noexcept;
+  // The entries of submesh s in the maps its draw reads (a hint).
+  inline void PrefetchSubMeshEntries(int s) const noexcept;
   // The matrix step of update: WorldMatrix, then AxisMatrix. Computed only when the
   // node's position, rotation or scale, its parent or the parent's WorldMatrix changed
   // since the last time, or while it follows a target.
@@ -523,6 +526,21 @@ class Vorn_3DGameNode : public ActionTarget,
   void CallEventIn(OrderedMap<std::string, EventEntry>& table, const std::string& eventName,
                    const ScriptValue& params, const char* missing);
 };
+
+inline void Vorn_3DGameNode::PrefetchSubMeshEntries(int s) const noexcept {
+  PrefetchSubMeshEntry(TextureArray, s);
+  PrefetchSubMeshEntry(VertexDescArray, s);
+  PrefetchSubMeshEntry(VVBOArray, s);
+  PrefetchSubMeshEntry(IVBOArray, s);
+  PrefetchSubMeshEntry(SubMeshShapeType, s);
+  PrefetchSubMeshEntry(SubMeshShapeCount, s);
+  PrefetchSubMeshEntry(SubMeshCullMode, s);
+  PrefetchSubMeshEntry(SubMeshAlphaMode, s);
+  PrefetchSubMeshEntry(SubMeshWireFrame, s);
+  PrefetchSubMeshEntry(SubMeshColor, s);
+  PrefetchSubMeshEntry(SubMeshSpecularColor, s);
+  PrefetchSubMeshEntry(SubMeshFX, s);
+}
 
 // Constructs a node (or subclass) and completes its construction.
 template <class T, class... Args>

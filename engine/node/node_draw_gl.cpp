@@ -350,18 +350,7 @@ void Vorn_3DGameNode::PrefetchDrawFields() const noexcept {
 void Vorn_3DGameNode::PrefetchDrawEntries() const noexcept {
   if (VertexArray_Positon.empty()) return;
   __builtin_prefetch(&*VertexArray_Positon.begin());
-  const int s = 0;
-  PrefetchSubMeshEntry(VertexDescArray, s);
-  PrefetchSubMeshEntry(VVBOArray, s);
-  PrefetchSubMeshEntry(IVBOArray, s);
-  PrefetchSubMeshEntry(SubMeshShapeType, s);
-  PrefetchSubMeshEntry(SubMeshShapeCount, s);
-  PrefetchSubMeshEntry(SubMeshCullMode, s);
-  PrefetchSubMeshEntry(SubMeshAlphaMode, s);
-  PrefetchSubMeshEntry(SubMeshWireFrame, s);
-  PrefetchSubMeshEntry(SubMeshColor, s);
-  PrefetchSubMeshEntry(SubMeshSpecularColor, s);
-  PrefetchSubMeshEntry(SubMeshFX, s);
+  PrefetchSubMeshEntries(0);
 }
 
 void Vorn_3DGameNode::PrefetchDrawBuffers() const noexcept {
@@ -439,18 +428,8 @@ void Vorn_3DGameNode::draw_submesh(int submeshIndex) {
   gl_state::CheckContext("Vorn_3DGameNode.draw_submesh");
   const int s = submeshIndex;
   // The entries of one submesh lie in a dozen separate arrays: start all their reads now,
-  // before the GL calls below, so that a walk over many nodes does not wait on each.
-  PrefetchSubMeshEntry(SubMeshFX, s);
-  PrefetchSubMeshEntry(SubMeshColor, s);
-  PrefetchSubMeshEntry(TextureArray, s);
-  PrefetchSubMeshEntry(SubMeshShapeType, s);
-  PrefetchSubMeshEntry(SubMeshCullMode, s);
-  PrefetchSubMeshEntry(SubMeshAlphaMode, s);
-  PrefetchSubMeshEntry(SubMeshWireFrame, s);
-  PrefetchSubMeshEntry(VVBOArray, s);
-  PrefetchSubMeshEntry(IVBOArray, s);
-  PrefetchSubMeshEntry(VertexDescArray, s);
-  PrefetchSubMeshEntry(SubMeshShapeCount, s);
+  // before the GL calls below (a walk asked for submesh 0's already).
+  PrefetchSubMeshEntries(s);
   draw_begin_shader(s);
 
   if (CurrSubMeshFX) {
